@@ -1,0 +1,25 @@
+#pragma once
+// Paths, directories and whole-file writing.
+
+#include <string>
+#include <string_view>
+
+namespace rq {
+
+// The directory that holds the program: RQPDEV_HOME when set, else the directory
+// of the running executable.
+std::string programDirectory();
+std::string joinPath(std::string_view dir, std::string_view name);
+
+bool fileExists(const std::string& path);
+bool directoryExists(const std::string& path);
+// Creates one directory; false when it exists already or cannot be made.
+bool makeDirectory(const std::string& path);
+
+// Writes the bytes to a temporary file in the same directory and renames it over
+// the target, so the target is either the old file or the whole new one. False
+// with a reason in *error.
+bool writeFileAtomic(const std::string& path, std::string_view bytes, std::string* error);
+bool readWholeFile(const std::string& path, std::string& bytes, std::string* error);
+
+} // namespace rq
