@@ -1,0 +1,92 @@
+#pragma once
+// The device transfer protocol, client side: blocking TCP operations against the
+// device's four fixed ports. Every command opens its own connection, sends one
+// request frame, reads the reply and closes; only the running monitor keeps its
+// connection between polls. Nothing here shows a message: each command returns a
+// TransferResult and the caller words the message.
+//
+// Request frame: command byte, 4-byte big-endian payload length, payload.
+// Reply header: type byte, 4-byte big-endian length. Counted string: 4-byte
+// big-endian n (text bytes + terminating zero), then the text and its zero byte,
+// in the device code page.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace rq {
+
+enum TransferResult : int {
+    kTransferOk = 0,
+    kCannotConnect = 1,
+    kCommError = 2,
+    kLocalFileError = 3,
+    kTypeMismatch = 4, // produced by the project download only
+};
+
+// The six values of a poll-status reply, in wire order: KiB, KiB, KiB, KiB, tenths
+// of a percent, tenths of a percent.
+struct DeviceStatus {
+    uint32_t totalMemory, usedMemory, freeMemory, appMemory, cpuUsage, appMemoryRate;
+};
+
+using MonitorSocket = int; // 0 = not connected
+
+inline constexpr int kFilePort = 8100, kUpdatePort = 8102, kMonitorPort = 8103, kClockPort = 8104;
+
+// Seconds every single receive waits for data.
+inline constexpr int kReceiveWaitSeconds = 5;
+
+// Low-level operations: 1 success, 0 failure unless said otherwise.
+
+// A connected IPv4 TCP socket, or -1 after printing "create sock error!\n" or
+// "can't connect to server!\n" to standard error. The address is dotted text; no
+// name resolution.
+int ConnectDevice(const std::string& ip, int port);
+// Sends all bytes; a count below 1 succeeds at once.
+int SendAll(int sock, const void* bytes, long count);
+// Command byte, big-endian length, then the payload when the length is not 0.
+int SendFrame(int sock, uint8_t command, uint32_t length, const void* payload);
+// Reads exactly `count` bytes, waiting at most `seconds` before every receive. A
+// request for 0 bytes fails.
+int RecvExact(int sock, void* buffer, long count, int seconds);
+int RecvReplyHeader(int sock, uint8_t* type, uint32_t* length);
+// Reads a counted string (its text and zero byte as sent) into `buffer`; a length
+// above `capacity` fails.
+int RecvCountedString(int sock, char* buffer, uint32_t capacity);
+// Packs `text` as a counted string; text longer than capacity - 9 bytes is cut to
+// capacity - 9. Returns the bytes used (4 + n), or 0 when capacity is 4 or less.
+std::size_t PackCountedString(char* buffer, std::size_t capacity, const char* text);
+
+// Commands. Texts (names, paths, the extra text) are UTF-8 here and go on the wire
+// in the device code page.
+
+// Port 8100, command 1: the device's HMI type name into `buffer` (zero-terminated).
+TransferResult QueryDeviceType(const std::string& ip, char* buffer, uint32_t capacity);
+// Port 8100, command 2: sends a local file as remoteDir/remoteName. An empty or
+// unreadable local file gives kLocalFileError before any connection.
+TransferResult PutFile(const std::string& localPath, const std::string& remoteName,
+                       const std::string& remoteDir, const std::string& ip, uint8_t flag,
+                       const std::string& extraText);
+// Port 8100, command 3: fetches a remote file. The local file is created only after
+// the device has accepted the request.
+TransferResult GetFile(const std::string& remotePath, const std::string& localPath,
+                       const std::string& ip);
+// Port 8102, command 2: kTransferOk when the device reports ready (reply type 2).
+TransferResult QueryUpdateDone(const std::string& ip);
+// Port 8104, command 7: sets the device clock to time(nullptr).
+TransferResult SetDeviceClock(const std::string& ip);
+// The same with a given number of seconds since 1970-01-01 00:00 UTC.
+TransferResult SetDeviceClockAt(const std::string& ip, uint32_t seconds);
+// Port 8103, command 1. Connects when `sock` is 0 and keeps the connection open
+// after a good reply; any failure closes it and resets `sock` to 0.
+TransferResult PollDeviceStatus(const std::string& ip, MonitorSocket& sock, DeviceStatus& status);
+// Port 8103, command 2 on the open monitor connection (no reply awaited), then
+// closes it.
+void EndDeviceMonitor(MonitorSocket& sock);
+
+// "%dK" and "%d.%d" (value / 10, value % 10) as the monitor shows them.
+std::string FormatMemory(uint32_t kib);
+std::string FormatRate(uint32_t tenths);
+
+} // namespace rq
