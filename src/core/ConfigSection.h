@@ -18,10 +18,10 @@ class IoDriverCatalog;
 
 // What a reader may need besides the path.
 struct ReadContext {
-    MessageSink& sink;                        // messages a reader shows
+    MessageSink& sink; // messages a reader shows
     const HmiDeviceCatalog* hmiCatalog = nullptr;
     const IoDriverCatalog* ioCatalog = nullptr;
-    std::string error;                        // one-line reason of a failed read
+    std::string error; // one-line reason of a failed read
 };
 
 // Collects what would keep a project from reopening or from working on the device.

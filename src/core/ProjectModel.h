@@ -11,7 +11,7 @@ struct HmiDeviceType;
 struct ProjectModel {
     std::string name;
     std::string description;
-    std::string downloadPassword; // plain text in memory; empty = no password
+    std::string downloadPassword;           // plain text in memory; empty = no password
     const HmiDeviceType* hmiType = nullptr; // an entry of the HMI device catalog
     int currentSection = 0;
     std::string slaveIp;

@@ -18,7 +18,8 @@ public:
     }
     uint8_t nextByte() { return static_cast<uint8_t>(next() & 0xFF); }
 
-    // The process-wide generator, seeded from the clock as described above.
+    // A generator (of the calling thread) seeded anew from the clock at each call:
+    // call it once per scrambling or wrapping and draw every byte from the result.
     static RuntimeRandom& shared();
 
 private:

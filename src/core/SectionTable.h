@@ -10,9 +10,9 @@ inline constexpr int kSectionCount = 13;
 inline constexpr int kRequiredSections = 4; // indexes 0..3 must load
 
 inline constexpr std::array<const char*, kSectionCount> kSectionFiles = {
-    "rqrun.xml",      "rtdb.xml",  "hmidb.xml",   "hmiwindow.xml", "device.xml",
-    "param.xml",      "datalog.xml", "history.xml", "alarm.xml",   "modules.xml",
-    "redundancy.xml", "fbd.xml",   "printer.xml",
+    "rqrun.xml",      "rtdb.xml",    "hmidb.xml",   "hmiwindow.xml", "device.xml",
+    "param.xml",      "datalog.xml", "history.xml", "alarm.xml",     "modules.xml",
+    "redundancy.xml", "fbd.xml",     "printer.xml",
 };
 
 } // namespace rq

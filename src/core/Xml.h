@@ -34,8 +34,8 @@ public:
     // byte). An empty expectedRoot accepts any root.
     bool load(const std::string& path, std::string_view expectedRoot, std::string* error);
     // The same on bytes in memory (the name is used in messages only).
-    bool loadMemory(std::string_view bytes, const std::string& name,
-                    std::string_view expectedRoot, std::string* error);
+    bool loadMemory(std::string_view bytes, const std::string& name, std::string_view expectedRoot,
+                    std::string* error);
 
     xmlDoc* doc() const { return doc_; }
     xmlNode* root() const;

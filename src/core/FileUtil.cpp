@@ -1,0 +1,122 @@
+#include "core/FileUtil.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace rq {
+
+std::string programDirectory() {
+    if (const char* home = std::getenv("RQPDEV_HOME"); home && *home) {
+        std::string dir = home;
+        while (dir.size() > 1 && dir.back() == '/')
+            dir.pop_back();
+        return dir;
+    }
+    char buf[4096];
+    ssize_t n = ::readlink("/proc/self/exe", buf, sizeof buf - 1);
+    if (n <= 0)
+        return ".";
+    std::string exe(buf, static_cast<size_t>(n));
+    auto slash = exe.rfind('/');
+    return slash == std::string::npos ? "." : (slash == 0 ? "/" : exe.substr(0, slash));
+}
+
+std::string joinPath(std::string_view dir, std::string_view name) {
+    std::string out(dir);
+    if (!out.empty() && out.back() != '/')
+        out += '/';
+    out += name;
+    return out;
+}
+
+bool fileExists(const std::string& path) {
+    struct stat st;
+    return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+bool directoryExists(const std::string& path) {
+    struct stat st;
+    return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+bool makeDirectory(const std::string& path) {
+    return ::mkdir(path.c_str(), 0777) == 0;
+}
+
+bool writeFileAtomic(const std::string& path, std::string_view bytes, std::string* error) {
+    auto fail = [&](const std::string& what, int err) {
+        if (error)
+            *error = what + ": " + std::strerror(err);
+        return false;
+    };
+    auto slash = path.rfind('/');
+    std::string dir = slash == std::string::npos ? "." : path.substr(0, slash);
+    if (dir.empty())
+        dir = "/";
+    std::string temp = joinPath(dir, "." + path.substr(slash + 1) + ".XXXXXX");
+    int fd = ::mkstemp(temp.data());
+    if (fd < 0)
+        return fail("cannot create a file in " + dir, errno);
+    // The new file keeps the mode of the one it replaces (0644 for a new one).
+    struct stat st;
+    mode_t mode = ::stat(path.c_str(), &st) == 0 ? (st.st_mode & 07777) : 0644;
+    ::fchmod(fd, mode);
+    const char* p = bytes.data();
+    size_t left = bytes.size();
+    while (left > 0) {
+        ssize_t w = ::write(fd, p, left);
+        if (w < 0) {
+            if (errno == EINTR)
+                continue;
+            int err = errno;
+            ::close(fd);
+            ::unlink(temp.c_str());
+            return fail("cannot write", err);
+        }
+        p += w;
+        left -= static_cast<size_t>(w);
+    }
+    if (::fdatasync(fd) != 0 && errno != EINVAL && errno != EROFS) {
+        int err = errno;
+        ::close(fd);
+        ::unlink(temp.c_str());
+        return fail("cannot write", err);
+    }
+    if (::close(fd) != 0) {
+        int err = errno;
+        ::unlink(temp.c_str());
+        return fail("cannot write", err);
+    }
+    if (::rename(temp.c_str(), path.c_str()) != 0) {
+        int err = errno;
+        ::unlink(temp.c_str());
+        return fail("cannot replace the file", err);
+    }
+    return true;
+}
+
+bool readWholeFile(const std::string& path, std::string& bytes, std::string* error) {
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (!f) {
+        if (error)
+            *error = std::strerror(errno);
+        return false;
+    }
+    bytes.clear();
+    char buf[65536];
+    size_t n;
+    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0)
+        bytes.append(buf, n);
+    bool ok = !std::ferror(f);
+    std::fclose(f);
+    if (!ok && error)
+        *error = "read error";
+    return ok;
+}
+
+} // namespace rq
