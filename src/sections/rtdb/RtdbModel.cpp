@@ -1,0 +1,228 @@
+#include "sections/rtdb/RtdbModel.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace rq {
+
+DataItem DataItem::makeData(std::string name, std::string type, std::string length,
+                            std::string init, std::string description) {
+    DataItem item;
+    item.kind = DataItemKind::Data;
+    item.name = std::move(name);
+    item.type = std::move(type);
+    item.length = std::move(length);
+    item.init = std::move(init);
+    item.description = std::move(description);
+    return item;
+}
+
+DataItem DataItem::makeAlias(std::string name, std::string target) {
+    DataItem item;
+    item.kind = DataItemKind::Alias;
+    item.name = std::move(name);
+    item.target = std::move(target);
+    return item;
+}
+
+// ---- RtdbNameIndex ----
+
+const RtdbNameUse* RtdbNameIndex::find(std::string_view name) const {
+    auto it = map_.find(name);
+    return it == map_.end() ? nullptr : &it->second;
+}
+
+RtdbNameUse& RtdbNameIndex::use(const std::string& name) {
+    auto it = map_.find(std::string_view(name));
+    if (it != map_.end())
+        return it->second;
+    return map_.emplace(name, RtdbNameUse{}).first->second;
+}
+
+void RtdbNameIndex::drop(std::string_view name, std::uint32_t RtdbNameUse::*field) {
+    auto it = map_.find(name);
+    if (it == map_.end())
+        return;
+    if (it->second.*field > 0)
+        --(it->second.*field);
+    if (it->second.total() == 0)
+        map_.erase(it);
+}
+
+void RtdbNameIndex::addItem(const DataItem& item) {
+    RtdbNameUse& u = use(item.name);
+    if (item.isAlias())
+        ++u.alias;
+    else
+        ++u.data;
+}
+
+void RtdbNameIndex::removeItem(const DataItem& item) {
+    drop(item.name, item.isAlias() ? &RtdbNameUse::alias : &RtdbNameUse::data);
+}
+
+void RtdbNameIndex::addGroup(const std::string& name) {
+    ++use(name).group;
+}
+
+void RtdbNameIndex::removeGroup(const std::string& name) {
+    drop(name, &RtdbNameUse::group);
+}
+
+// ---- DataNode ----
+
+DataNode::DataNode() = default;
+DataNode::~DataNode() = default;
+
+DataNode::DataNode(RtdbNodeKind kind, DataNode* parent, std::string name)
+    : kind_(kind), name_(std::move(name)), parent_(parent) {
+    if (kind_ == RtdbNodeKind::Database)
+        names_ = std::make_unique<RtdbNameIndex>();
+}
+
+DataNode* DataNode::database() {
+    DataNode* n = this;
+    while (n && !n->isDatabase())
+        n = n->parent_;
+    return n;
+}
+
+const DataNode* DataNode::database() const {
+    return const_cast<DataNode*>(this)->database();
+}
+
+RtdbNameIndex* DataNode::index() {
+    DataNode* db = database();
+    return db ? db->names_.get() : nullptr;
+}
+
+const RtdbNameIndex* DataNode::nameIndex() const {
+    return const_cast<DataNode*>(this)->index();
+}
+
+int DataNode::indexOfChild(const DataNode* node) const {
+    for (std::size_t i = 0; i < children_.size(); ++i)
+        if (children_[i].get() == node)
+            return static_cast<int>(i);
+    return -1;
+}
+
+int DataNode::findItem(std::string_view name) const {
+    for (std::size_t i = 0; i < items_.size(); ++i)
+        if (items_[i].name == name)
+            return static_cast<int>(i);
+    return -1;
+}
+
+bool DataNode::nameInUse(std::string_view name) const {
+    const RtdbNameIndex* idx = nameIndex();
+    return idx && idx->contains(name);
+}
+
+bool DataNode::hasItemNamed(std::string_view name) const {
+    const RtdbNameIndex* idx = nameIndex();
+    if (!idx)
+        return false;
+    const RtdbNameUse* u = idx->find(name);
+    return u && (u->data + u->alias) > 0;
+}
+
+DataNode& DataNode::addDatabase(std::string name, bool sync) {
+    auto node =
+        std::unique_ptr<DataNode>(new DataNode(RtdbNodeKind::Database, this, std::move(name)));
+    node->sync_ = sync;
+    children_.push_back(std::move(node));
+    return *children_.back();
+}
+
+DataNode& DataNode::addGroup(std::string name) {
+    auto node = std::unique_ptr<DataNode>(new DataNode(RtdbNodeKind::Group, this, std::move(name)));
+    if (RtdbNameIndex* idx = index())
+        idx->addGroup(node->name_);
+    children_.push_back(std::move(node));
+    return *children_.back();
+}
+
+void DataNode::unindexSubtree(RtdbNameIndex& idx) const {
+    if (isGroup())
+        idx.removeGroup(name_);
+    for (const DataItem& item : items_)
+        idx.removeItem(item);
+    for (const auto& c : children_)
+        c->unindexSubtree(idx);
+}
+
+void DataNode::removeChild(std::size_t i) {
+    if (i >= children_.size())
+        return;
+    DataNode& c = *children_[i];
+    if (c.isGroup())
+        if (RtdbNameIndex* idx = index())
+            c.unindexSubtree(*idx);
+    children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(i));
+}
+
+void DataNode::removeChild(const DataNode* node) {
+    int i = indexOfChild(node);
+    if (i >= 0)
+        removeChild(static_cast<std::size_t>(i));
+}
+
+void DataNode::setName(std::string name) {
+    if (isGroup()) {
+        if (RtdbNameIndex* idx = index()) {
+            idx->removeGroup(name_);
+            idx->addGroup(name);
+        }
+    }
+    name_ = std::move(name);
+}
+
+void DataNode::addItem(DataItem item) {
+    if (RtdbNameIndex* idx = index())
+        idx->addItem(item);
+    items_.push_back(std::move(item));
+}
+
+void DataNode::setItem(std::size_t i, DataItem item) {
+    if (i >= items_.size())
+        return;
+    if (RtdbNameIndex* idx = index()) {
+        idx->removeItem(items_[i]);
+        idx->addItem(item);
+    }
+    items_[i] = std::move(item);
+}
+
+void DataNode::removeItem(std::size_t i) {
+    if (i >= items_.size())
+        return;
+    if (RtdbNameIndex* idx = index())
+        idx->removeItem(items_[i]);
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(i));
+}
+
+std::size_t DataNode::removeItemsNamed(const std::vector<std::string>& names) {
+    if (names.empty())
+        return 0;
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view s) const noexcept {
+            return std::hash<std::string_view>{}(s);
+        }
+    };
+    std::unordered_set<std::string_view, Hash, std::equal_to<>> doomed(names.begin(), names.end());
+    RtdbNameIndex* idx = index();
+    auto keep = std::remove_if(items_.begin(), items_.end(), [&](const DataItem& item) {
+        if (!doomed.contains(std::string_view(item.name)))
+            return false;
+        if (idx)
+            idx->removeItem(item);
+        return true;
+    });
+    std::size_t removed = static_cast<std::size_t>(items_.end() - keep);
+    items_.erase(keep, items_.end());
+    return removed;
+}
+
+} // namespace rq
