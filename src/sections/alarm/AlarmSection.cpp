@@ -1,0 +1,211 @@
+#include "sections/alarm/AlarmSection.h"
+
+#include "core/Xml.h"
+
+#include <unordered_set>
+
+namespace rq {
+
+int alarmSlotOfTag(std::string_view tag) {
+    for (int i = 0; i < kAlarmSlotCount; ++i)
+        if (tag == kAlarmSlotTags[i])
+            return i;
+    return -1;
+}
+
+void AlarmSection::clear() {
+    logSize_ = kDefaultLogSize;
+    groups_.clear();
+}
+
+bool AlarmSection::groupNameExists(std::string_view name) const {
+    for (const AlarmGroup& g : groups_)
+        if (g.name == name)
+            return true;
+    return false;
+}
+
+AlarmGroup* AlarmSection::addGroup(std::string name, MessageSink& sink) {
+    if (groupNameExists(name)) {
+        sink.showMessage("The alarm group already exist!", MessageIcon::Stop);
+        return nullptr;
+    }
+    AlarmGroup& g = groups_.emplace_back();
+    g.name = std::move(name);
+    return &g;
+}
+
+// ---------------------------------------------------------------------------
+// Reading
+
+namespace {
+
+class AlarmReader {
+public:
+    AlarmReader(AlarmSection& section, ReadContext& ctx) : section_(section), ctx_(ctx) {}
+
+    void alarm(const xmlNode* root) {
+        for (const xmlNode* n = root->children; n; n = n->next) {
+            if (isElement(n, "alarmlog"))
+                alarmlog(n);
+            else if (isElement(n, "alarmgroup"))
+                alarmgroup(n);
+        }
+    }
+
+private:
+    void alarmlog(const xmlNode* e) { section_.logSize() = ReadAttrText(e, "size"); }
+
+    void alarmgroup(const xmlNode* e) {
+        std::string name = ReadAttrText(e, "name");
+        // The same test as addGroup, through a hash set: a file may hold many groups.
+        if (!names_.insert(name).second) {
+            ctx_.sink.showMessage("The alarm group already exist!", MessageIcon::Stop);
+            return;
+        }
+        AlarmGroup& g = section_.groups().emplace_back();
+        g.name = std::move(name);
+        for (const xmlNode* n = e->children; n; n = n->next)
+            if (isElement(n, "data"))
+                data(n, g);
+    }
+
+    void data(const xmlNode* e, AlarmGroup& g) {
+        AlarmDataItem& d = g.data.emplace_back();
+        d.dbname = ReadAttrText(e, "dbname");
+        d.dataname = ReadAttrText(e, "dataname");
+        d.priority = ReadAttrText(e, "priority");
+        d.status_var = ReadAttrText(e, "status_var");
+        for (const xmlNode* n = e->children; n; n = n->next) {
+            const int slot = n->name ? alarmSlotOfTag(reinterpret_cast<const char*>(n->name)) : -1;
+            if (slot >= 0)
+                condition(n, d.slots[slot]);
+        }
+    }
+
+    void condition(const xmlNode* e, AlarmCondition& c) {
+        c.set = true;
+        c.enable_var = ReadAttrText(e, "enable_var");
+        c.value_var = ReadAttrText(e, "value_var");
+        c.info = ReadAttrText(e, "info");
+        c.restore_info = ReadAttrText(e, "restore_info");
+    }
+
+    AlarmSection& section_;
+    ReadContext& ctx_;
+    std::unordered_set<std::string> names_;
+};
+
+} // namespace
+
+bool AlarmSection::read(const std::string& path, ReadContext& ctx) {
+    clear();
+    XmlDocument doc;
+    if (!doc.load(path, "alarm", &ctx.error))
+        return false;
+    AlarmReader(*this, ctx).alarm(doc.root());
+    return true;
+}
+
+// ---------------------------------------------------------------------------
+// Writing
+
+namespace {
+
+inline void attr(std::string& out, std::string_view prefix, const std::string& value) {
+    out.append(prefix);
+    out.append(value);
+    out.push_back('"');
+}
+
+void writeData(std::string& out, const AlarmDataItem& d) {
+    attr(out, "\t\t<data dbname=\"", d.dbname);
+    attr(out, " dataname=\"", d.dataname);
+    attr(out, " priority=\"", d.priority);
+    attr(out, " status_var=\"", d.status_var);
+    out.append(">\r\n");
+    for (int i = 0; i < kAlarmSlotCount; ++i) {
+        const AlarmCondition& c = d.slots[i];
+        if (!c.set)
+            continue;
+        out.append("\t\t\t<");
+        out.append(kAlarmSlotTags[i]);
+        attr(out, " enable_var=\"", c.enable_var);
+        attr(out, " value_var=\"", c.value_var);
+        attr(out, " info=\"", c.info);
+        attr(out, " restore_info=\"", c.restore_info);
+        out.append(" />\r\n");
+    }
+    out.append("\t\t</data>\r\n");
+}
+
+void writeGroup(std::string& out, const AlarmGroup& g) {
+    attr(out, "\t<alarmgroup name=\"", g.name);
+    out.append(" >\r\n");
+    for (const AlarmDataItem& d : g.data)
+        writeData(out, d);
+    out.append("\t</alarmgroup>\r\n");
+}
+
+} // namespace
+
+void AlarmSection::write(std::string& out) const {
+    out.append("<?xml version=\"1.0\" ?>\r\n<alarm>\r\n");
+    attr(out, "\t<alarmlog size=\"", logSize_);
+    out.append(" />\r\n");
+    for (const AlarmGroup& g : groups_)
+        writeGroup(out, g);
+    out.append("</alarm>\r\n");
+}
+
+// ---------------------------------------------------------------------------
+// Counts and checks
+
+std::vector<std::pair<std::string, std::size_t>> AlarmSection::counts() const {
+    std::size_t data = 0;
+    for (const AlarmGroup& g : groups_)
+        data += g.data.size();
+    return {{"groups", groups_.size()}, {"data", data}};
+}
+
+void AlarmSection::check(CheckContext& ctx) const {
+    ctx.rawValue("alarm.xml: alarmlog size", logSize_);
+    std::unordered_set<std::string_view> names;
+    for (const AlarmGroup& g : groups_) {
+        const std::string where = "alarm.xml: alarm group \"" + g.name + "\"";
+        if (g.name.empty())
+            ctx.finding(where + " has no name");
+        if (!names.insert(g.name).second)
+            ctx.finding("alarm.xml: duplicate alarm group \"" + g.name + "\"");
+        ctx.rawValue(where + " name", g.name);
+
+        std::unordered_set<std::string> keys;
+        for (const AlarmDataItem& d : g.data) {
+            const std::string dwhere = where + " data \"" + d.dbname + "." + d.dataname + "\"";
+            std::string key = d.dbname;
+            key.push_back('\0'); // "a.b"+"c" is not "a"+"b.c"
+            key.append(d.dataname);
+            if (!keys.insert(std::move(key)).second)
+                ctx.finding("alarm.xml: duplicate data \"" + d.dbname + "." + d.dataname +
+                            "\" in alarm group \"" + g.name + "\"");
+            ctx.rawValue(dwhere + " dbname", d.dbname);
+            ctx.rawValue(dwhere + " dataname", d.dataname);
+            ctx.rawValue(dwhere + " priority", d.priority);
+            ctx.rawValue(dwhere + " status_var", d.status_var);
+            ctx.reference(dwhere, d.dbname, d.dataname);
+            ctx.joinedReference(dwhere + " status_var", d.status_var);
+            for (int i = 0; i < kAlarmSlotCount; ++i) {
+                const AlarmCondition& c = d.slots[i];
+                if (!c.set)
+                    continue;
+                const std::string swhere = dwhere + " " + kAlarmSlotTags[i];
+                ctx.rawValue(swhere + " enable_var", c.enable_var);
+                ctx.rawValue(swhere + " value_var", c.value_var);
+                ctx.rawValue(swhere + " info", c.info);
+                ctx.rawValue(swhere + " restore_info", c.restore_info);
+            }
+        }
+    }
+}
+
+} // namespace rq

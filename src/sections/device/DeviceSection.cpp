@@ -1,0 +1,427 @@
+#include "sections/device/DeviceSection.h"
+
+#include "core/Xml.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace rq {
+
+const char* linkKindKeyword(LinkKind kind) {
+    for (const LinkKindRow& row : kLinkKinds)
+        if (row.kind == kind)
+            return row.keyword;
+    return "";
+}
+
+bool linkKindOfKeyword(std::string_view keyword, LinkKind& kind) {
+    for (const LinkKindRow& row : kLinkKinds) {
+        if (keyword == row.keyword) {
+            kind = row.kind;
+            return true;
+        }
+    }
+    return false;
+}
+
+const char* dataModeShown(std::string_view keyword) {
+    for (const DataModeRow& row : kDataModes)
+        if (keyword == row.keyword)
+            return row.shown;
+    return "Circularly reading and once writing";
+}
+
+const char* dataModeKeyword(std::string_view shown) {
+    for (const DataModeRow& row : kDataModes)
+        if (shown == row.shown)
+            return row.keyword;
+    return "";
+}
+
+// ---------------------------------------------------------------------------
+// Model operations
+
+bool DeviceSection::linkNameExists(std::string_view name, const LinkItem* except) const {
+    for (const LinkItem& link : links_)
+        if (&link != except && link.name == name)
+            return true;
+    return false;
+}
+
+LinkItem* DeviceSection::addLink(LinkKind kind, const LinkCommonFields& common,
+                                 const LinkKindFields& fields, MessageSink& sink) {
+    if (linkNameExists(common.name)) {
+        sink.showMessage("The link already exist!", MessageIcon::Stop);
+        return nullptr;
+    }
+    LinkItem& link = links_.emplace_back();
+    static_cast<LinkCommonFields&>(link) = common;
+    link.driver = linkKindKeyword(kind);
+    switch (kind) {
+    case LinkKind::Serial:
+        link.devname = fields.devname;
+        link.baudrate = fields.baudrate;
+        link.data_bits = fields.data_bits;
+        link.parity = fields.parity;
+        link.stop_bits = fields.stop_bits;
+        break;
+    case LinkKind::TcpClient:
+        link.server_ip = fields.server_ip;
+        link.server_port = fields.server_port;
+        break;
+    case LinkKind::TcpServer:
+        link.listen_port = fields.listen_port;
+        break;
+    case LinkKind::None:
+    case LinkKind::Ferolt:
+        break;
+    }
+    return &link;
+}
+
+bool DeviceSection::removeLink(const LinkItem* link) {
+    auto it = std::find_if(links_.begin(), links_.end(),
+                           [link](const LinkItem& l) { return &l == link; });
+    if (it == links_.end())
+        return false;
+    links_.erase(it);
+    return true;
+}
+
+bool DeviceSection::deviceNameExists(const LinkItem& link, std::string_view name,
+                                     const DeviceItem* except) {
+    for (const DeviceItem& device : link.devices)
+        if (&device != except && device.name == name)
+            return true;
+    return false;
+}
+
+DeviceItem* DeviceSection::addDevice(LinkItem& link, DeviceItem device, MessageSink& sink) {
+    if (deviceNameExists(link, device.name)) {
+        sink.showMessage("The device already exist!", MessageIcon::Stop);
+        return nullptr;
+    }
+    return &link.devices.emplace_back(std::move(device));
+}
+
+bool DeviceSection::removeDevice(LinkItem& link, const DeviceItem* device) {
+    auto it = std::find_if(link.devices.begin(), link.devices.end(),
+                           [device](const DeviceItem& d) { return &d == device; });
+    if (it == link.devices.end())
+        return false;
+    link.devices.erase(it);
+    return true;
+}
+
+// ---------------------------------------------------------------------------
+// Reading
+
+namespace {
+
+class DeviceReader {
+public:
+    DeviceReader(DeviceSection& section, ReadContext& ctx) : section_(section), ctx_(ctx) {}
+
+    void devices(const xmlNode* root) {
+        for (const xmlNode* n = root->children; n; n = n->next)
+            if (isElement(n, "link"))
+                link(n);
+    }
+
+private:
+    void link(const xmlNode* e) {
+        LinkCommonFields common;
+        common.name = ReadAttrText(e, "name");
+        if (common.name.empty())
+            return;
+        common.period = ReadAttrText(e, "period");
+        common.driver = ReadAttrText(e, "driver");
+        common.masterlink = ReadAttrText(e, "masterlink");
+        common.params = ReadAttrText(e, "params");
+        common.redundtype = ReadAttrText(e, "redundtype");
+        common.status_var = ReadAttrText(e, "status_var");
+        common.control_var = ReadAttrText(e, "control_var");
+        common.timeout = ReadAttrText(e, "timeout");
+        common.enable = ReadAttrText(e, "enable");
+
+        LinkKind kind;
+        if (!linkKindOfKeyword(common.driver, kind))
+            return; // an unknown kind is dropped with its devices
+        LinkKindFields fields;
+        switch (kind) {
+        case LinkKind::Serial:
+            fields.devname = ReadAttrText(e, "devname");
+            fields.baudrate = ReadAttrText(e, "baudrate");
+            fields.data_bits = ReadAttrText(e, "data_bits");
+            fields.parity = ReadAttrText(e, "parity");
+            fields.stop_bits = ReadAttrText(e, "stop_bits");
+            break;
+        case LinkKind::TcpClient:
+            fields.server_ip = ReadAttrText(e, "server_ip");
+            fields.server_port = ReadAttrText(e, "server_port");
+            break;
+        case LinkKind::TcpServer:
+            fields.listen_port = ReadAttrText(e, "server_port");
+            break;
+        case LinkKind::None:
+        case LinkKind::Ferolt:
+            break;
+        }
+        LinkItem* added = section_.addLink(kind, common, fields, ctx_.sink);
+        if (!added)
+            return;
+        std::unordered_set<std::string> names;
+        for (const xmlNode* n = e->children; n; n = n->next)
+            if (isElement(n, "device"))
+                device(n, *added, names);
+    }
+
+    void device(const xmlNode* e, LinkItem& link, std::unordered_set<std::string>& names) {
+        DeviceItem d;
+        d.name = ReadAttrText(e, "name");
+        if (d.name.empty())
+            return;
+        d.address = ReadAttrText(e, "address");
+        d.driver = ReadAttrText(e, "driver");
+        d.manufacturer = ReadAttrText(e, "manufacturer");
+        d.params = ReadAttrText(e, "params");
+        d.product = ReadAttrText(e, "product");
+        d.status_var = ReadAttrText(e, "status_var");
+        d.control_var = ReadAttrText(e, "control_var");
+        d.enable = ReadAttrText(e, "enable");
+        if (d.enable.empty())
+            d.enable = "1";
+        // Same test as addDevice, through a hash set: a link may hold many devices.
+        if (!names.insert(d.name).second) {
+            ctx_.sink.showMessage("The device already exist!", MessageIcon::Stop);
+            return;
+        }
+        for (const xmlNode* n = e->children; n; n = n->next)
+            if (isElement(n, "data"))
+                data(n, d);
+        link.devices.push_back(std::move(d));
+    }
+
+    void data(const xmlNode* e, DeviceItem& device) {
+        DeviceDataItem item;
+        item.type = ReadAttrText(e, "type");
+        if (item.type.empty())
+            return;
+        item.address = ReadAttrText(e, "address");
+        if (item.address.empty())
+            return;
+        item.group = ReadAttrText(e, "group");
+        item.dataname = ReadAttrText(e, "dataname");
+        item.status_var = ReadAttrText(e, "status_var");
+        item.mode = dataModeShown(ReadAttrText(e, "mode"));
+        item.enable = ReadAttrText(e, "enable");
+        if (item.enable.empty())
+            item.enable = "1";
+        device.data.push_back(std::move(item));
+    }
+
+    DeviceSection& section_;
+    ReadContext& ctx_;
+};
+
+} // namespace
+
+bool DeviceSection::read(const std::string& path, ReadContext& ctx) {
+    clear();
+    XmlDocument doc;
+    if (!doc.load(path, "devices", &ctx.error))
+        return false;
+    DeviceReader(*this, ctx).devices(doc.root());
+    return true;
+}
+
+// ---------------------------------------------------------------------------
+// Writing
+
+namespace {
+
+// ` name="value"`: the value as held, never escaped.
+inline void attr(std::string& out, std::string_view prefix, const std::string& value) {
+    out.append(prefix);
+    out.append(value);
+    out.push_back('"');
+}
+
+void writeData(std::string& out, const DeviceDataItem& d) {
+    attr(out, "\t\t\t<data type=\"", d.type);
+    attr(out, " address=\"", d.address);
+    attr(out, " dataname=\"", d.dataname);
+    attr(out, " status_var=\"", d.status_var);
+    attr(out, " group=\"", d.group);
+    out.append(" mode=\"");
+    out.append(dataModeKeyword(d.mode));
+    attr(out, "\" enable=\"", d.enable);
+    out.append("/>\r\n");
+}
+
+void writeDevice(std::string& out, const DeviceItem& d) {
+    attr(out, "\t\t<device name=\"", d.name);
+    attr(out, " address=\"", d.address);
+    attr(out, " driver=\"", d.driver);
+    attr(out, " manufacturer=\"", d.manufacturer);
+    attr(out, " product=\"", d.product);
+    attr(out, " params=\"", d.params);
+    attr(out, " status_var=\"", d.status_var);
+    attr(out, " control_var=\"", d.control_var);
+    attr(out, " enable=\"", d.enable);
+    out.append(">\r\n");
+    for (const DeviceDataItem& item : d.data)
+        writeData(out, item);
+    out.append("\t\t</device>\r\n");
+}
+
+void writeLink(std::string& out, const LinkItem& l) {
+    attr(out, "\t<link name=\"", l.name);
+    attr(out, " period=\"", l.period);
+    attr(out, " status_var=\"", l.status_var);
+    attr(out, " control_var=\"", l.control_var);
+    attr(out, " enable=\"", l.enable);
+    attr(out, " redundtype=\"", l.redundtype);
+    attr(out, " masterlink=\"", l.masterlink);
+    attr(out, " timeout=\"", l.timeout);
+    attr(out, " params=\"", l.params);
+    attr(out, " driver=\"", l.driver);
+    if (l.driver == "serial") {
+        attr(out, " devname=\"", l.devname);
+        attr(out, " baudrate=\"", l.baudrate);
+        attr(out, " data_bits=\"", l.data_bits);
+        attr(out, " parity=\"", l.parity);
+        attr(out, " stop_bits=\"", l.stop_bits);
+    } else if (l.driver == "tcpclient") {
+        attr(out, " server_ip=\"", l.server_ip);
+        attr(out, " server_port=\"", l.server_port);
+    } else if (l.driver == "tcpserver") {
+        attr(out, " server_port=\"", l.listen_port);
+    }
+    out.append(">\r\n");
+    for (const DeviceItem& d : l.devices)
+        writeDevice(out, d);
+    out.append("\t</link>\r\n");
+}
+
+} // namespace
+
+void DeviceSection::write(std::string& out) const {
+    out.append("<?xml version=\"1.0\" ?>\r\n<devices>\r\n");
+    for (const LinkItem& link : links_)
+        writeLink(out, link);
+    out.append("</devices>\r\n");
+}
+
+// ---------------------------------------------------------------------------
+// Counts and checks
+
+std::vector<std::pair<std::string, std::size_t>> DeviceSection::counts() const {
+    std::size_t devices = 0, data = 0;
+    for (const LinkItem& link : links_) {
+        devices += link.devices.size();
+        for (const DeviceItem& d : link.devices)
+            data += d.data.size();
+    }
+    return {{"links", links_.size()}, {"devices", devices}, {"data", data}};
+}
+
+namespace {
+
+std::string quoted(std::string_view kind, const std::string& name) {
+    std::string s(kind);
+    s.append(" \"").append(name).push_back('"');
+    return s;
+}
+
+void checkLink(CheckContext& ctx, const LinkItem& l) {
+    const std::string where = "device.xml: " + quoted("link", l.name);
+    if (l.name.empty())
+        ctx.finding(where + " has no name and is dropped on reading");
+    LinkKind kind;
+    if (!linkKindOfKeyword(l.driver, kind))
+        ctx.finding(where + " has the unknown kind \"" + l.driver + "\" and is dropped on reading");
+    const std::pair<const char*, const std::string*> raw[] = {
+        {"name", &l.name},
+        {"period", &l.period},
+        {"status_var", &l.status_var},
+        {"control_var", &l.control_var},
+        {"enable", &l.enable},
+        {"redundtype", &l.redundtype},
+        {"masterlink", &l.masterlink},
+        {"timeout", &l.timeout},
+        {"params", &l.params},
+        {"driver", &l.driver},
+    };
+    for (const auto& [attrName, value] : raw)
+        ctx.rawValue(where + " " + attrName, *value);
+    if (l.driver == "serial") {
+        ctx.rawValue(where + " devname", l.devname);
+        ctx.rawValue(where + " baudrate", l.baudrate);
+        ctx.rawValue(where + " data_bits", l.data_bits);
+        ctx.rawValue(where + " parity", l.parity);
+        ctx.rawValue(where + " stop_bits", l.stop_bits);
+    } else if (l.driver == "tcpclient") {
+        ctx.rawValue(where + " server_ip", l.server_ip);
+        ctx.rawValue(where + " server_port", l.server_port);
+    } else if (l.driver == "tcpserver") {
+        ctx.rawValue(where + " server_port", l.listen_port);
+    }
+    ctx.joinedReference(where + " status_var", l.status_var);
+    ctx.joinedReference(where + " control_var", l.control_var);
+
+    std::unordered_set<std::string_view> names;
+    for (const DeviceItem& d : l.devices) {
+        const std::string dwhere = where + " " + quoted("device", d.name);
+        if (d.name.empty())
+            ctx.finding(dwhere + " has no name and is dropped on reading");
+        else if (!names.insert(d.name).second)
+            ctx.finding("device.xml: duplicate " + quoted("device", d.name) + " in " +
+                        quoted("link", l.name));
+        const std::pair<const char*, const std::string*> draw[] = {
+            {"name", &d.name},
+            {"address", &d.address},
+            {"driver", &d.driver},
+            {"manufacturer", &d.manufacturer},
+            {"product", &d.product},
+            {"params", &d.params},
+            {"status_var", &d.status_var},
+            {"control_var", &d.control_var},
+            {"enable", &d.enable},
+        };
+        for (const auto& [attrName, value] : draw)
+            ctx.rawValue(dwhere + " " + attrName, *value);
+        ctx.joinedReference(dwhere + " status_var", d.status_var);
+        ctx.joinedReference(dwhere + " control_var", d.control_var);
+
+        std::size_t index = 0;
+        for (const DeviceDataItem& item : d.data) {
+            ++index;
+            const std::string iwhere = dwhere + " data " + std::to_string(index);
+            if (item.type.empty() || item.address.empty())
+                ctx.finding(iwhere + " has no type or no address and is dropped on reading");
+            const std::pair<const char*, const std::string*> iraw[] = {
+                {"type", &item.type},         {"address", &item.address},
+                {"dataname", &item.dataname}, {"status_var", &item.status_var},
+                {"group", &item.group},       {"enable", &item.enable},
+            };
+            for (const auto& [attrName, value] : iraw)
+                ctx.rawValue(iwhere + " " + attrName, *value);
+            ctx.joinedReference(iwhere + " dataname", item.dataname);
+            ctx.joinedReference(iwhere + " status_var", item.status_var);
+        }
+    }
+}
+
+} // namespace
+
+void DeviceSection::check(CheckContext& ctx) const {
+    std::unordered_set<std::string_view> names;
+    for (const LinkItem& link : links_) {
+        if (!link.name.empty() && !names.insert(link.name).second)
+            ctx.finding("device.xml: duplicate " + quoted("link", link.name));
+        checkLink(ctx, link);
+    }
+}
+
+} // namespace rq

@@ -1,0 +1,224 @@
+#include "sections/history/HistorySection.h"
+
+#include "core/Xml.h"
+
+#include <unordered_set>
+
+namespace rq {
+
+std::string historyKindShown(std::string_view keyword) {
+    for (const HistoryKindRow& row : kHistoryKinds)
+        if (keyword == row.keyword)
+            return row.shown;
+    return {};
+}
+
+// ---------------------------------------------------------------------------
+// Reading
+
+namespace {
+
+class HistoryReader {
+public:
+    explicit HistoryReader(std::vector<HistoryRecord>& records) : records_(records) {}
+
+    void root(const xmlNode* root) {
+        for (const xmlNode* n = root->children; n; n = n->next) {
+            if (isElement(n, "historydb"))
+                historydb(n);
+            else if (isElement(n, "config"))
+                config(n);
+            else if (isElement(n, "logdata"))
+                logdata(n, olderRecord());
+        }
+    }
+
+private:
+    void historydb(const xmlNode* e) {
+        HistoryRecord r;
+        r.name = ReadAttrText(e, "name");
+        r.period = ReadAttrText(e, "period");
+        r.path = ReadAttrText(e, "path");
+        r.remaindays = ReadAttrText(e, "remaindays");
+        r.indexperiod = ReadAttrText(e, "indexperiod");
+        for (const xmlNode* n = e->children; n; n = n->next)
+            if (isElement(n, "logdata"))
+                logdata(n, r);
+        records_.push_back(std::move(r));
+    }
+
+    // Older layout: the settings of its one record. Attributes it lacks keep the
+    // values of a new record; a later config overrides what it gives.
+    void config(const xmlNode* e) {
+        HistoryRecord& r = olderRecord();
+        const std::pair<const char*, std::string*> fields[] = {
+            {"name", &r.name},
+            {"period", &r.period},
+            {"path", &r.path},
+            {"remaindays", &r.remaindays},
+            {"indexperiod", &r.indexperiod},
+        };
+        for (const auto& [attrName, field] : fields)
+            if (HasAttr(e, attrName))
+                *field = ReadAttrText(e, attrName);
+    }
+
+    void logdata(const xmlNode* e, HistoryRecord& r) {
+        for (const xmlNode* n = e->children; n; n = n->next)
+            if (isElement(n, "data"))
+                data(n, r);
+    }
+
+    void data(const xmlNode* e, HistoryRecord& r) {
+        HistoryData d;
+        d.dbname = ReadAttrText(e, "dbname");
+        if (d.dbname.empty())
+            return;
+        d.dataname = ReadAttrText(e, "dataname");
+        if (d.dataname.empty())
+            return;
+        d.type = ReadAttrText(e, "type");
+        if (d.type == "period")
+            d.periodvalue = ReadAttrText(e, "periodvalue");
+        else if (d.type == "change")
+            d.changevalue = ReadAttrText(e, "changevalue");
+        else if (d.type == "vartrigger")
+            d.trigvarname = ReadAttrText(e, "trigvarname");
+        d.queryvarname = ReadAttrText(e, "queryvarname");
+        d.description = ReadAttrText(e, "description");
+        r.data.push_back(std::move(d));
+    }
+
+    // The one record of the older layout, made where its first element stands.
+    HistoryRecord& olderRecord() {
+        if (olderIndex_ == kNone) {
+            olderIndex_ = records_.size();
+            HistoryRecord& r = records_.emplace_back();
+            r.name = HistorySection::kOlderLayoutName;
+        }
+        return records_[olderIndex_];
+    }
+
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    std::vector<HistoryRecord>& records_;
+    std::size_t olderIndex_ = kNone;
+};
+
+} // namespace
+
+bool HistorySection::read(const std::string& path, ReadContext& ctx) {
+    clear();
+    XmlDocument doc;
+    if (!doc.load(path, "", &ctx.error))
+        return false;
+    const char* rootName = reinterpret_cast<const char*>(doc.root()->name);
+    if (!isElement(doc.root(), "rqhistory") && !isElement(doc.root(), "history")) {
+        ctx.error = std::string("the root element is ") + rootName + ", not rqhistory or history";
+        return false;
+    }
+    HistoryReader(records_).root(doc.root());
+    return true;
+}
+
+// ---------------------------------------------------------------------------
+// Writing
+
+namespace {
+
+inline void attr(std::string& out, std::string_view prefix, const std::string& value) {
+    out.append(prefix);
+    out.append(value);
+    out.push_back('"');
+}
+
+void writeData(std::string& out, const HistoryData& d) {
+    attr(out, "\t\t\t<data dbname=\"", d.dbname);
+    attr(out, " dataname=\"", d.dataname);
+    attr(out, " type=\"", d.type);
+    if (d.type == "period")
+        attr(out, " periodvalue=\"", d.periodvalue);
+    else if (d.type == "change")
+        attr(out, " changevalue=\"", d.changevalue);
+    else if (d.type == "vartrigger")
+        attr(out, " trigvarname=\"", d.trigvarname);
+    attr(out, " queryvarname=\"", d.queryvarname);
+    attr(out, " description=\"", d.description);
+    out.append("/>\r\n");
+}
+
+void writeHistorydb(std::string& out, const HistoryRecord& r) {
+    attr(out, "\t<historydb name=\"", r.name);
+    attr(out, " period=\"", r.period);
+    attr(out, " path=\"", r.path);
+    attr(out, " remaindays=\"", r.remaindays);
+    attr(out, " indexperiod=\"", r.indexperiod);
+    out.append(">\r\n\t\t<logdata>\r\n");
+    for (const HistoryData& d : r.data)
+        writeData(out, d);
+    out.append("\t\t</logdata>\r\n\t</historydb>\r\n");
+}
+
+} // namespace
+
+void HistorySection::write(std::string& out) const {
+    out.append("<?xml version=\"1.0\" ?>\r\n<rqhistory>\r\n");
+    for (const HistoryRecord& r : records_)
+        writeHistorydb(out, r);
+    out.append("</rqhistory>\r\n");
+}
+
+// ---------------------------------------------------------------------------
+// Counts and checks
+
+std::vector<std::pair<std::string, std::size_t>> HistorySection::counts() const {
+    std::size_t data = 0;
+    for (const HistoryRecord& r : records_)
+        data += r.data.size();
+    return {{"records", records_.size()}, {"data", data}};
+}
+
+void HistorySection::check(CheckContext& ctx) const {
+    std::unordered_set<std::string_view> names;
+    for (const HistoryRecord& r : records_) {
+        const std::string where = "history.xml: history record \"" + r.name + "\"";
+        if (!names.insert(r.name).second)
+            ctx.finding("history.xml: duplicate history record \"" + r.name + "\"");
+        ctx.rawValue(where + " name", r.name);
+        ctx.rawValue(where + " period", r.period);
+        ctx.rawValue(where + " path", r.path);
+        ctx.rawValue(where + " remaindays", r.remaindays);
+        ctx.rawValue(where + " indexperiod", r.indexperiod);
+
+        std::unordered_set<std::string> vars;
+        for (const HistoryData& d : r.data) {
+            const std::string joined = d.dbname + "." + d.dataname;
+            const std::string dwhere = where + " data \"" + joined + "\"";
+            // The key keeps the two names apart: "a.b"+"c" is not "a"+"b.c".
+            std::string key = d.dbname;
+            key.push_back('\0');
+            key.append(d.dataname);
+            if (d.dbname.empty() || d.dataname.empty())
+                ctx.finding(dwhere + " has no database or data name and is dropped on reading");
+            else if (!vars.insert(std::move(key)).second)
+                ctx.finding("history.xml: duplicate data \"" + joined + "\" in history record \"" +
+                            r.name + "\"");
+            ctx.rawValue(dwhere + " dbname", d.dbname);
+            ctx.rawValue(dwhere + " dataname", d.dataname);
+            ctx.rawValue(dwhere + " type", d.type);
+            if (d.type == "period")
+                ctx.rawValue(dwhere + " periodvalue", d.periodvalue);
+            else if (d.type == "change")
+                ctx.rawValue(dwhere + " changevalue", d.changevalue);
+            else if (d.type == "vartrigger")
+                ctx.rawValue(dwhere + " trigvarname", d.trigvarname);
+            ctx.rawValue(dwhere + " queryvarname", d.queryvarname);
+            ctx.rawValue(dwhere + " description", d.description);
+            ctx.reference(dwhere, d.dbname, d.dataname);
+            if (d.type == "vartrigger")
+                ctx.joinedReference(dwhere + " trigvarname", d.trigvarname);
+            ctx.joinedReference(dwhere + " queryvarname", d.queryvarname);
+        }
+    }
+}
+
+} // namespace rq
