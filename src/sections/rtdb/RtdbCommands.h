@@ -1,0 +1,64 @@
+#pragma once
+// The commands of the real-time database editor. Each runs the whole flow: checks
+// the selected node, asks its dialog, tests duplicates after OK, shows messages and
+// questions, applies the change to the model, and reports what changed so that the
+// shell refreshes the tree and the list and marks the project modified.
+//
+// A command given with the wrong kind of node selected does nothing and says
+// nothing. Cancel leaves everything unchanged. One verb-noun file per command.
+
+#include "core/MessageSink.h"
+#include "sections/rtdb/RtdbDialogHost.h"
+#include "sections/rtdb/RtdbSection.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace rq {
+
+struct RtdbEditor {
+    RtdbSection& rtdb;
+    RtdbDialogHost& dialogs;
+    MessageSink& sink;
+};
+
+struct RtdbEditResult {
+    bool changed = false;      // the model changed: refresh and mark modified
+    DataNode* added = nullptr; // the node added (add database, add data group)
+};
+
+// Add database (any node of the section selected, or none): appended as the last
+// database. The shell selects `added` and expands the section's node.
+RtdbEditResult addDatabase(const RtdbEditor& ed);
+
+// Add data group, below a selected database or group, as its last child.
+RtdbEditResult addDataGroup(const RtdbEditor& ed, DataNode* selected);
+
+// Properties of the selected database (name and sync flag) or group (name). No
+// duplicate test; an empty name changes nothing.
+RtdbEditResult editNodeProperties(const RtdbEditor& ed, DataNode* selected);
+
+// Whether the node may take the new label: a database name used by another
+// database gives "The database already exist!", a group name used anywhere in its
+// database gives "The data already exist!"; the root is never renamed.
+bool checkNodeLabel(const RtdbEditor& ed, const DataNode& node, const std::string& newName);
+// The label edit ended: checks the name and, when accepted, renames the node.
+// True when the tree keeps the new text.
+bool renameNodeLabel(const RtdbEditor& ed, DataNode& node, const std::string& newName);
+
+// Delete database / delete data group, after the OK/Cancel question. The node is
+// destroyed: the shell removes its tree item by the pointer it passed in.
+RtdbEditResult deleteDatabase(const RtdbEditor& ed, DataNode* selected);
+RtdbEditResult deleteDataGroup(const RtdbEditor& ed, DataNode* selected);
+
+// Items of the selected database or group. `rows` are the selected list rows
+// (row i shows item i of the node), in any order.
+RtdbEditResult addData(const RtdbEditor& ed, DataNode* selected);
+RtdbEditResult batchAddData(const RtdbEditor& ed, DataNode* selected);
+RtdbEditResult modifyData(const RtdbEditor& ed, DataNode* selected,
+                          const std::vector<std::size_t>& rows);
+RtdbEditResult deleteData(const RtdbEditor& ed, DataNode* selected,
+                          const std::vector<std::size_t>& rows);
+
+} // namespace rq
