@@ -12,6 +12,8 @@ public:
     // Keys 1, 2, 3 are bytes 0-7, 8-15, 16-23.
     explicit TripleDesContext(const uint8_t key[24]);
     TripleDesContext(const uint8_t key1[8], const uint8_t key2[8], const uint8_t key3[8]);
+    // Clears the subkeys.
+    ~TripleDesContext();
 
     // E(k1) D(k2) E(k3); in and out may be the same buffer.
     void encryptBlock(const uint8_t in[8], uint8_t out[8]) const;
