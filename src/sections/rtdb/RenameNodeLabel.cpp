@@ -1,0 +1,34 @@
+#include "sections/rtdb/RtdbCommands.h"
+
+namespace rq {
+
+bool checkNodeLabel(const RtdbEditor& ed, const DataNode& node, const std::string& newName) {
+    if (newName.empty())
+        return false;
+    if (node.isDatabase()) {
+        for (const auto& db : ed.rtdb.root().children()) {
+            if (db.get() != &node && db->name() == newName) {
+                ed.sink.showMessage(rtdbtext::kDatabaseExists, MessageIcon::Stop);
+                return false;
+            }
+        }
+        return true;
+    }
+    if (node.isGroup()) {
+        if (node.nameInUse(newName)) {
+            ed.sink.showMessage(rtdbtext::kDataExists, MessageIcon::Stop);
+            return false;
+        }
+        return true;
+    }
+    return false;
+}
+
+bool renameNodeLabel(const RtdbEditor& ed, DataNode& node, const std::string& newName) {
+    if (!checkNodeLabel(ed, node, newName))
+        return false;
+    node.setName(newName);
+    return true;
+}
+
+} // namespace rq

@@ -1,0 +1,71 @@
+#include "sections/rtdb/RtdbForms.h"
+
+#include "core/DataTypes.h"
+#include "core/Xml.h"
+#include "sections/rtdb/RtdbListModel.h"
+
+#include <string>
+
+namespace rq {
+
+namespace {
+int sizeOfIndex(int typeIndex) {
+    return typeIndex < 0 || typeIndex >= DataTypeTable::kCount ? 0
+                                                               : DataTypeTable::row(typeIndex).size;
+}
+} // namespace
+
+std::optional<std::string> validateDataForm(const DataForm& form) {
+    if (form.alias) {
+        if (form.name.empty() || form.aliasText.empty())
+            return std::string(rtdbtext::kAliasMissing);
+        return std::nullopt;
+    }
+    if (form.name.empty())
+        return std::string(rtdbtext::kNameMissing);
+    if (form.length < 1)
+        return std::string(rtdbtext::kLengthError);
+    if (form.typeIndex == 0 && form.length >= 8)
+        return std::string(rtdbtext::kBitLengthError);
+    return std::nullopt;
+}
+
+std::optional<std::string> validateBatchDataForm(const BatchDataForm& form) {
+    return validateDataForm(form.data);
+}
+
+bool lengthEditable(const DataForm& form) {
+    return sizeOfIndex(form.typeIndex) == 0;
+}
+
+void applyTypeSelection(DataForm& form) {
+    int size = sizeOfIndex(form.typeIndex);
+    if (size > 0)
+        form.length = size;
+}
+
+DataForm newDataForm() {
+    return DataForm{};
+}
+
+DataForm dataFormFromItem(const DataItem& item) {
+    DataForm form;
+    form.name = std::string(rtdbListCell(item, kListName));
+    form.typeIndex = DataTypeTable::indexOfShown(rtdbListCell(item, kListType));
+    std::string_view length = rtdbListCell(item, kListLength);
+    form.length = length.empty() ? sizeOfIndex(form.typeIndex) : parseDecimal(length);
+    form.init = std::string(rtdbListCell(item, kListInit));
+    form.aliasText = std::string(rtdbListCell(item, kListAlias));
+    form.alias = !form.aliasText.empty();
+    form.description = std::string(rtdbListCell(item, kListDescription));
+    return form;
+}
+
+DataItem itemFromForm(const DataForm& form) {
+    if (form.alias)
+        return DataItem::makeAlias(form.name, form.aliasText);
+    return DataItem::makeData(form.name, DataTypeTable::keywordAt(form.typeIndex),
+                              std::to_string(form.length), form.init, form.description);
+}
+
+} // namespace rq
