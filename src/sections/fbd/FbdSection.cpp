@@ -1,0 +1,192 @@
+#include "sections/fbd/FbdSection.h"
+
+#include "core/Xml.h"
+#include "sections/fbd/FbdClassCatalog.h"
+
+#include <unordered_set>
+
+namespace rq {
+
+namespace {
+
+// ---- reading ----------------------------------------------------------------
+
+class FbdReader {
+public:
+    FbdReader(std::vector<FbdItem>& blocks, ReadContext& ctx) : blocks_(blocks), ctx_(ctx) {}
+
+    void fblocks(const xmlNode* root) {
+        for (const xmlNode* n = root->children; n; n = n->next) {
+            if (isElement(n, "fbd"))
+                fbd(n);
+        }
+    }
+
+private:
+    void fbd(const xmlNode* element) {
+        FbdItem item;
+        item.name = ReadAttrText(element, "name");
+        item.blockname = ReadAttrText(element, "blockname");
+        if (names_.contains(item.name)) {
+            ctx_.sink.showMessage(FbdSection::kDuplicateMessage, MessageIcon::Stop);
+            return;
+        }
+        const FbdBlockClass* cls = FbdClassCatalog::findByKeyword(item.blockname);
+        bool seenEnable = false;
+        bool seenType = false;
+        for (const xmlNode* n = element->children; n; n = n->next) {
+            if (isElement(n, "param"))
+                param(n, cls, item, seenEnable, seenType);
+        }
+        names_.insert(item.name);
+        blocks_.push_back(std::move(item));
+    }
+
+    // "EN" and "TYPE" are the writer's own lines: they go back into the enabling
+    // reference and the member kind, the first of each only. A "TYPE" of a class
+    // without member kinds is dropped, since the writer would never write it.
+    void param(const xmlNode* element, const FbdBlockClass* cls, FbdItem& item, bool& seenEnable,
+               bool& seenType) {
+        FbdParam p;
+        p.dbname = ReadAttrText(element, "dbname");
+        p.varname = ReadAttrText(element, "varname");
+        p.name = ReadAttrText(element, "name");
+        if (p.name.empty())
+            return;
+        if (p.name == FbdSection::kEnableParam) {
+            if (!seenEnable) {
+                seenEnable = true;
+                if (!(p.dbname == FbdSection::kSystemDb && p.varname == FbdSection::kAlwaysTrue))
+                    item.enable = DataRef{std::move(p.dbname), std::move(p.varname)};
+            }
+            return;
+        }
+        if (p.name == FbdSection::kTypeParam) {
+            if (!seenType && cls && cls->hasMemberKinds())
+                item.memberKind = std::move(p.varname);
+            seenType = true;
+            return;
+        }
+        item.params.push_back(std::move(p));
+    }
+
+    std::vector<FbdItem>& blocks_;
+    ReadContext& ctx_;
+    std::unordered_set<std::string> names_;
+};
+
+// ---- writing ----------------------------------------------------------------
+
+void appendParam(std::string& out, std::string_view name, std::string_view dbname,
+                 std::string_view varname) {
+    out += "\t\t<param name=\"";
+    out += name;
+    out += "\" dbname=\"";
+    out += dbname;
+    out += "\" varname=\"";
+    out += varname;
+    out += "\" />\r\n";
+}
+
+void appendFbd(std::string& out, const FbdItem& item) {
+    out += "\t<fbd name=\"";
+    out += item.name;
+    out += "\" blockname=\"";
+    out += item.blockname;
+    out += "\" >\r\n";
+
+    if (!item.enable.dbname.empty() && !item.enable.dataname.empty())
+        appendParam(out, FbdSection::kEnableParam, item.enable.dbname, item.enable.dataname);
+    else
+        appendParam(out, FbdSection::kEnableParam, FbdSection::kSystemDb, FbdSection::kAlwaysTrue);
+
+    if (!item.memberKind.empty()) {
+        const FbdBlockClass* cls = FbdClassCatalog::findByKeyword(item.blockname);
+        if (cls && cls->hasMemberKinds())
+            appendParam(out, FbdSection::kTypeParam, FbdSection::kSystemDb, item.memberKind);
+    }
+    for (const FbdParam& p : item.params)
+        appendParam(out, p.name, p.dbname, p.varname);
+    out += "\t</fbd>\r\n";
+}
+
+std::string quoted(std::string_view text) {
+    std::string s;
+    s.reserve(text.size() + 2);
+    s += '"';
+    s += text;
+    s += '"';
+    return s;
+}
+
+} // namespace
+
+bool FbdSection::read(const std::string& path, ReadContext& ctx) {
+    blocks_.clear();
+    XmlDocument doc;
+    if (!doc.load(path, "fblocks", &ctx.error))
+        return false;
+    FbdReader(blocks_, ctx).fblocks(doc.root());
+    return true;
+}
+
+void FbdSection::write(std::string& out) const {
+    std::size_t estimate = 32;
+    for (const FbdItem& b : blocks_)
+        estimate += 160 + 80 * b.params.size();
+    out.reserve(out.size() + estimate);
+
+    out += "<?xml version=\"1.0\" ?>\r\n<fblocks>\r\n";
+    for (const FbdItem& b : blocks_)
+        appendFbd(out, b);
+    out += "</fblocks>\r\n";
+}
+
+std::vector<std::pair<std::string, std::size_t>> FbdSection::counts() const {
+    std::size_t params = 0;
+    for (const FbdItem& b : blocks_)
+        params += b.params.size();
+    return {{"blocks", blocks_.size()}, {"params", params}};
+}
+
+void FbdSection::check(CheckContext& ctx) const {
+    std::unordered_set<std::string_view> names;
+    for (const FbdItem& b : blocks_) {
+        const std::string block = "fbd.xml: fbd " + quoted(b.name);
+        ctx.rawValue(block + " name", b.name);
+        ctx.rawValue(block + " blockname", b.blockname);
+        if (!names.insert(b.name).second)
+            ctx.finding("fbd.xml: duplicate block " + quoted(b.name));
+
+        const std::string en = block + " param \"EN\"";
+        ctx.rawValue(en + " dbname", b.enable.dbname);
+        ctx.rawValue(en + " varname", b.enable.dataname);
+        if (!b.enable.dbname.empty() && !b.enable.dataname.empty())
+            ctx.reference(en, b.enable.dbname, b.enable.dataname);
+        ctx.rawValue(block + " param \"TYPE\" varname", b.memberKind);
+
+        for (const FbdParam& p : b.params) {
+            const std::string where = block + " param " + quoted(p.name);
+            ctx.rawValue(where + " name", p.name);
+            ctx.rawValue(where + " dbname", p.dbname);
+            ctx.rawValue(where + " varname", p.varname);
+            ctx.reference(where, p.dbname, p.varname);
+        }
+    }
+}
+
+const FbdItem* FbdSection::find(std::string_view name) const {
+    for (const FbdItem& b : blocks_)
+        if (b.name == name)
+            return &b;
+    return nullptr;
+}
+
+bool FbdSection::add(FbdItem item) {
+    if (find(item.name))
+        return false;
+    blocks_.push_back(std::move(item));
+    return true;
+}
+
+} // namespace rq

@@ -1,0 +1,320 @@
+#include "sections/fbd/FbdSection.h"
+#include "sections/fbd/FbdClassCatalog.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+using namespace rq;
+
+namespace {
+
+struct ReadResult {
+    bool ok;
+    std::string error;
+    std::vector<std::string> messages;
+};
+
+ReadResult readFile(FbdSection& s, const std::string& path) {
+    rqtest::RecordingSink sink;
+    ReadContext ctx{sink, nullptr, nullptr, {}};
+    bool ok = s.read(path, ctx);
+    return {ok, ctx.error, sink.texts()};
+}
+
+ReadResult readText(FbdSection& s, const std::string& bytes) {
+    rqtest::TempDir dir;
+    rqtest::writeFile(dir.file("fbd.xml"), bytes);
+    return readFile(s, dir.file("fbd.xml"));
+}
+
+std::string written(const FbdSection& s) {
+    std::string out;
+    s.write(out);
+    return out;
+}
+
+class KnownData : public CheckContext {
+public:
+    explicit KnownData(std::set<std::string> known) : known_(std::move(known)) {}
+    bool hasRealtimeData(std::string_view db, std::string_view data) const override {
+        return known_.contains(std::string(db) + "." + std::string(data));
+    }
+
+private:
+    std::set<std::string> known_;
+};
+
+} // namespace
+
+// ---- block class catalog ----------------------------------------------------
+
+TEST(FbdClassCatalog, ClassesInOrderWithTheirMemberKindsAndParameters) {
+    struct Row {
+        const char* display;
+        const char* keyword;
+        int members;
+        std::vector<std::string> params;
+    };
+    const std::vector<Row> rows = {
+        {"Arithmetic", "arithm", 4, {"IN1", "IN2", "OUT"}},
+        {"Compare", "compare", 6, {"IN1", "IN2", "OUT"}},
+        {"Type Convert", "convert", 0, {"IN", "OUT"}},
+        {"Linear Convert", "linear", 0, {"IN", "MININ", "MAXIN", "MINOUT", "MAXOUT", "OUT"}},
+        {"Logic", "logic", 4, {"IN1", "IN2", "OUT"}},
+        {"PID",
+         "pid",
+         0,
+         {"SP", "PV", "AV", "MAXOUT", "MINOUT", "MV", "KP", "TI", "TD", "IS", "AM", "PN"}},
+        {"Model", "model", 0, {"IN", "OUT", "KP", "T", "MAXOUT", "MINOUT"}},
+        {"Differential", "diff", 0, {"IN", "OUT"}},
+        {"Integral", "integral", 0, {"IN", "OUT", "SW"}},
+    };
+    auto classes = FbdClassCatalog::classes();
+    ASSERT_EQ(classes.size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        SCOPED_TRACE(rows[i].keyword);
+        const FbdBlockClass* byDisplay = FbdClassCatalog::findByDisplay(rows[i].display);
+        ASSERT_EQ(byDisplay, &classes[i]);
+        EXPECT_EQ(FbdClassCatalog::findByKeyword(rows[i].keyword), byDisplay);
+        EXPECT_EQ(byDisplay->memberKindCount(), rows[i].members);
+        EXPECT_EQ(byDisplay->hasMemberKinds(), rows[i].members > 0);
+        std::vector<std::string> params;
+        for (int p = 0; p < byDisplay->paramCount(); ++p)
+            params.push_back(FbdClassCatalog::paramName(*byDisplay, p));
+        EXPECT_EQ(params, rows[i].params);
+        EXPECT_EQ(FbdClassCatalog::paramName(*byDisplay, -1), "");
+        EXPECT_EQ(FbdClassCatalog::paramName(*byDisplay, byDisplay->paramCount()), "");
+    }
+    EXPECT_EQ(FbdClassCatalog::findByDisplay("arithm"), nullptr);
+    EXPECT_EQ(FbdClassCatalog::findByKeyword("Arithmetic"), nullptr);
+    EXPECT_EQ(FbdClassCatalog::findByKeyword("PID"), nullptr); // case-sensitive
+}
+
+TEST(FbdClassCatalog, MemberKindLookups) {
+    struct Row {
+        const char* cls;
+        const char* display;
+        const char* keyword;
+        int position;
+    };
+    const Row rows[] = {
+        {"arithm", "Add", "Arithm_Add", 0},        {"arithm", "Subtract", "Arithm_Sub", 1},
+        {"arithm", "Divide", "Arithm_Div", 3},     {"compare", ">", "Compare_More", 0},
+        {"compare", ">=", "Compare_More_E", 1},    {"compare", "<=", "Compare_Less_E", 3},
+        {"compare", "!=", "Compare_Not_Equal", 5}, {"logic", "Xor", "Logic_Xor", 2},
+        {"logic", "Not", "Logic_Not", 3},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.keyword);
+        const FbdBlockClass& c = *FbdClassCatalog::findByKeyword(r.cls);
+        EXPECT_EQ(FbdClassCatalog::memberKeyword(c, r.display), r.keyword);
+        EXPECT_EQ(FbdClassCatalog::memberKeywordAt(c, r.position), r.keyword);
+        EXPECT_EQ(FbdClassCatalog::memberDisplayAt(c, r.position), r.display);
+        EXPECT_EQ(FbdClassCatalog::memberIndexOfKeyword(c, r.keyword), r.position);
+    }
+    const FbdBlockClass& logic = *FbdClassCatalog::findByKeyword("logic");
+    EXPECT_EQ(FbdClassCatalog::memberKeyword(logic, "Add"), "");
+    EXPECT_EQ(FbdClassCatalog::memberKeywordAt(logic, 4), "");
+    EXPECT_EQ(FbdClassCatalog::memberIndexOfKeyword(logic, "Arithm_Add"), -1);
+    const FbdBlockClass& pid = *FbdClassCatalog::findByKeyword("pid");
+    EXPECT_EQ(FbdClassCatalog::memberKeywordAt(pid, 0), "");
+}
+
+// ---- writer -------------------------------------------------------------------
+
+TEST(FbdWriter, ModelBuiltInCodeGivesTheGoldenBytes) {
+    FbdSection s;
+    s.blocks().push_back({"add1",
+                          "arithm",
+                          {"plant", "run"},
+                          "Arithm_Add",
+                          {{"IN1", "plant", "a"}, {"IN2", "plant", "b"}, {"OUT", "plant", "sum"}}});
+    s.blocks().push_back({"gate", "logic", {}, "", {{"IN1", "plant", "x"}, {"IN2", "", ""}}});
+    s.blocks().push_back({"\u6e29\u5ea6PID",
+                          "pid",
+                          {},
+                          "",
+                          {{"SP", "loop", "sp"}, {"PV", "loop", "pv"}, {"MV", "loop", "mv"}}});
+    s.blocks().push_back({"cmp", "compare", {}, "Compare_Not_Equal", {}});
+    EXPECT_EQ(written(s), rqtest::readFile(rqtest::dataPath("fbd", "blocks", "input.xml")));
+}
+
+TEST(FbdWriter, EnableAndTypeLines) {
+    struct Row {
+        const char* what;
+        FbdItem item;
+        std::string lines; // the block's parameter lines
+    };
+    const Row rows[] = {
+        {"empty enabling reference",
+         {"b", "diff", {}, "", {}},
+         "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"},
+        {"only a database name",
+         {"b", "diff", {"plant", ""}, "", {}},
+         "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"},
+        {"only a data name",
+         {"b", "diff", {"", "run"}, "", {}},
+         "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"},
+        {"logic without member kind",
+         {"b", "logic", {"p", "on"}, "", {}},
+         "\t\t<param name=\"EN\" dbname=\"p\" varname=\"on\" />\n"},
+        {"member kind on a class without kinds",
+         {"b", "convert", {}, "Arithm_Add", {}},
+         "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"},
+        {"member kind of an unknown class",
+         {"b", "lowpass", {}, "Fast", {}},
+         "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"},
+        {"logic with member kind",
+         {"b", "logic", {}, "Logic_Not", {{"IN1", "p", "x"}}},
+         "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"
+         "\t\t<param name=\"TYPE\" dbname=\"system\" varname=\"Logic_Not\" />\n"
+         "\t\t<param name=\"IN1\" dbname=\"p\" varname=\"x\" />\n"},
+        {"values written as they stand",
+         {"a&b", "arithm", {}, "", {{"IN1", "d<", "\"v\""}}},
+         "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"
+         "\t\t<param name=\"IN1\" dbname=\"d<\" varname=\"\"v\"\" />\n"},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.what);
+        FbdSection s;
+        s.blocks().push_back(r.item);
+        std::string expected = "<?xml version=\"1.0\" ?>\n<fblocks>\n\t<fbd name=\"" + r.item.name +
+                               "\" blockname=\"" + r.item.blockname + "\" >\n" + r.lines +
+                               "\t</fbd>\n</fblocks>\n";
+        EXPECT_EQ(written(s), rqtest::crlf(expected));
+    }
+}
+
+// ---- reader -------------------------------------------------------------------
+
+TEST(FbdGolden, EveryCaseReadsWritesAndReadsBack) {
+    auto cases = rqtest::caseNames("fbd");
+    ASSERT_GE(cases.size(), 3u);
+    for (const std::string& c : cases) {
+        SCOPED_TRACE(c);
+        auto input = rqtest::dataPath("fbd", c, "input.xml");
+        auto expectedPath = rqtest::dataPath("fbd", c, "expected.xml");
+        std::string expected =
+            rqtest::readFile(std::filesystem::exists(expectedPath) ? expectedPath : input);
+        FbdSection s;
+        ASSERT_TRUE(readFile(s, input.string()).ok);
+        std::string once = written(s);
+        EXPECT_EQ(once, expected);
+        FbdSection again;
+        ASSERT_TRUE(readText(again, once).ok);
+        EXPECT_EQ(written(again), once);
+    }
+}
+
+TEST(FbdReader, EnableAndTypeLinesGoBackIntoTheBlock) {
+    FbdSection s;
+    auto r = readFile(s, rqtest::dataPath("fbd", "blocks", "input.xml").string());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(s.blocks().size(), 4u);
+    const FbdItem& add = s.blocks()[0];
+    EXPECT_EQ(add.enable, (DataRef{"plant", "run"}));
+    EXPECT_EQ(add.memberKind, "Arithm_Add");
+    ASSERT_EQ(add.params.size(), 3u); // EN and TYPE are not bindings
+    EXPECT_EQ(add.params[0].name, "IN1");
+    EXPECT_TRUE(s.blocks()[1].enable.empty()); // system/Logic_True reads as no reference
+    EXPECT_EQ(s.blocks()[1].memberKind, "");
+    EXPECT_EQ(s.blocks()[2].name, "\u6e29\u5ea6PID");
+    EXPECT_EQ(s.counts(),
+              (std::vector<std::pair<std::string, std::size_t>>{{"blocks", 4}, {"params", 8}}));
+
+    FbdSection drops;
+    ASSERT_TRUE(readFile(drops, rqtest::dataPath("fbd", "reader_drops", "input.xml").string()).ok);
+    ASSERT_EQ(drops.blocks().size(), 4u);
+    EXPECT_EQ(drops.blocks()[0].memberKind, ""); // TYPE of a class without member kinds
+    EXPECT_EQ(drops.blocks()[1].enable, (DataRef{"plant", "first"}));
+    EXPECT_EQ(drops.blocks()[1].memberKind, "Logic_Or");
+    EXPECT_EQ(drops.blocks()[2].blockname, "lowpass"); // unknown class kept as written
+    EXPECT_EQ(drops.blocks()[3].enable, (DataRef{"plant", ""}));
+}
+
+TEST(FbdReader, DuplicateBlockNameIsRefusedWithTheEditorsMessage) {
+    FbdSection s;
+    s.blocks().push_back({"stale", "diff", {}, "", {}});
+    auto r = readText(s, "<fblocks>"
+                         "<fbd name=\"a\" blockname=\"diff\"><param name=\"IN\" dbname=\"d\" "
+                         "varname=\"first\"/></fbd>"
+                         "<fbd name=\"A\" blockname=\"diff\"/>"
+                         "<fbd name=\"a\" blockname=\"pid\"><param name=\"SP\" dbname=\"d\" "
+                         "varname=\"second\"/></fbd>"
+                         "<fbd name=\"a\" blockname=\"model\"/>"
+                         "</fblocks>");
+    ASSERT_TRUE(r.ok);
+    EXPECT_EQ(r.messages, (std::vector<std::string>(2, "The Function block already exist!")));
+    ASSERT_EQ(s.blocks().size(), 2u); // the old content is replaced
+    EXPECT_EQ(s.blocks()[0].blockname, "diff");
+    EXPECT_EQ(s.blocks()[0].params.at(0).varname, "first");
+    EXPECT_EQ(s.blocks()[1].name, "A"); // names compare case-sensitively
+}
+
+TEST(FbdReader, BadInputFailsCleanly) {
+    struct Row {
+        const char* what;
+        std::string bytes;
+    };
+    const Row rows[] = {
+        {"not well-formed", "<fblocks><fbd name=\"a\"></fblocks>"},
+        {"wrong root", "<?xml version=\"1.0\" ?>\r\n<FBLOCKS>\r\n</FBLOCKS>\r\n"},
+        {"empty file", ""},
+        {"bytes of no code page",
+         "<fblocks><fbd name=\"\xff\xfe\xff\" blockname=\"diff\"/></fblocks>"},
+        {"unquoted attribute", "<fblocks><fbd name=a/></fblocks>"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        FbdSection s;
+        s.blocks().push_back({"old", "diff", {}, "", {}});
+        auto r = readText(s, row.bytes);
+        EXPECT_FALSE(r.ok);
+        EXPECT_FALSE(r.error.empty());
+        EXPECT_TRUE(s.blocks().empty());
+    }
+    FbdSection s;
+    rqtest::TempDir dir;
+    auto r = readFile(s, dir.file("missing.xml"));
+    EXPECT_FALSE(r.ok);
+    EXPECT_FALSE(r.error.empty());
+}
+
+TEST(FbdReader, DeviceCodePageBytesAndVeryLongValues) {
+    // A file saved in the device code page (GB2312 bytes, no declaration) reopens.
+    FbdSection gb;
+    auto r = readText(gb, "<fblocks><fbd name=\"\xce\xc2\xb6\xc8\" blockname=\"pid\"/></fblocks>");
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(gb.blocks().size(), 1u);
+    EXPECT_EQ(gb.blocks()[0].name, "\u6e29\u5ea6");
+
+    FbdSection s;
+    std::string longName(1 << 20, 'n');
+    s.blocks().push_back({longName, "diff", {"db", std::string(100000, 'v')}, "", {}});
+    std::string out = written(s);
+    FbdSection back;
+    ASSERT_TRUE(readText(back, out).ok);
+    ASSERT_EQ(back.blocks().size(), 1u);
+    EXPECT_EQ(back.blocks()[0].name, longName);
+    EXPECT_EQ(back.blocks()[0].enable.dataname.size(), 100000u);
+}
+
+// ---- check ----------------------------------------------------------------------
+
+TEST(FbdCheck, ReportsRawValuesMissingDataAndDuplicates) {
+    FbdSection s;
+    s.blocks().push_back(
+        {"ok", "arithm", {"plant", "run"}, "Arithm_Add", {{"IN1", "plant", "a"}, {"IN2", "", ""}}});
+    s.blocks().push_back({"b<1", "diff", {}, "", {{"IN", "plant", "gone"}}});
+    s.blocks().push_back({"ok", "diff", {"plant", "nope"}, "", {}});
+    KnownData ctx({"plant.run", "plant.a"});
+    s.check(ctx);
+    const auto& f = ctx.findings();
+    ASSERT_EQ(f.size(), 4u) << ::testing::PrintToString(f);
+    EXPECT_EQ(f[0].rfind("fbd.xml: fbd \"b<1\" name: ", 0), 0u) << f[0];
+    EXPECT_NE(f[1].find("\"plant.gone\""), std::string::npos) << f[1];
+    EXPECT_EQ(f[2], "fbd.xml: duplicate block \"ok\"");
+    EXPECT_NE(f[3].find("\"plant.nope\""), std::string::npos) << f[3];
+}
