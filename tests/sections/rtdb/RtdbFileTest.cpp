@@ -1,0 +1,221 @@
+// rtdb.xml: golden files, round trips, the reader's defaults, drops and messages,
+// bad input, counts, checks and the system database.
+
+#include "sections/rtdb/RtdbSection.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+
+namespace {
+
+using rq::DataItem;
+using rq::RtdbSection;
+
+std::string written(const RtdbSection& s) {
+    std::string out;
+    s.write(out);
+    return out;
+}
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> out;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        out.push_back(line);
+    return out;
+}
+
+// Each case directory holds expected.xml (the exact bytes the writer must give),
+// input.xml (read instead of expected.xml when present) and messages.txt (the
+// messages the reader shows, one a line; none when absent).
+TEST(RtdbGolden, ReadWriteReadGivesExactBytes) {
+    auto cases = rqtest::caseNames("rtdb");
+    ASSERT_GE(cases.size(), 3u);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c);
+        auto input = rqtest::dataPath("rtdb", c, "input.xml");
+        if (!std::filesystem::exists(input))
+            input = rqtest::dataPath("rtdb", c, "expected.xml");
+        auto messages = rqtest::dataPath("rtdb", c, "messages.txt");
+        std::string expected = rqtest::readFile(rqtest::dataPath("rtdb", c, "expected.xml"));
+
+        rqtest::RecordingSink sink;
+        rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+        RtdbSection s;
+        ASSERT_TRUE(s.read(input.string(), ctx)) << ctx.error;
+        EXPECT_EQ(written(s), expected);
+        EXPECT_EQ(sink.texts(), std::filesystem::exists(messages)
+                                    ? lines(rqtest::readFile(messages))
+                                    : std::vector<std::string>{});
+        for (const auto& e : sink.entries)
+            EXPECT_EQ(e.icon, rq::MessageIcon::Stop);
+
+        rqtest::RecordingSink again;
+        rq::ReadContext ctx2{again, nullptr, nullptr, {}};
+        RtdbSection back;
+        ASSERT_TRUE(back.readMemory(expected, "expected.xml", ctx2)) << ctx2.error;
+        EXPECT_EQ(written(back), expected);
+        EXPECT_TRUE(again.entries.empty());
+    }
+}
+
+TEST(RtdbWriter, EmptySectionAndSyncFlag) {
+    RtdbSection s;
+    EXPECT_EQ(written(s), rqtest::crlf("<?xml version=\"1.0\" ?>\n<rtdbs>\n</rtdbs>\n"));
+    s.root().addDatabase("A");
+    s.root().addDatabase("B", false).addGroup("g").addItem(DataItem::makeAlias("x", "y"));
+    EXPECT_EQ(written(s), rqtest::crlf("<?xml version=\"1.0\" ?>\n<rtdbs>\n"
+                                       "<rtdb name=\"A\" sync=\"1\" >\n</rtdb>\n"
+                                       "<rtdb name=\"B\" sync=\"0\" >\n"
+                                       "\t<datagroup name=\"g\">\n"
+                                       "\t\t<datalias aliasname=\"x\" name=\"y\" />\n"
+                                       "\t</datagroup>\n</rtdb>\n</rtdbs>\n"));
+}
+
+TEST(RtdbReader, BadInputFailsCleanlyAndLeavesTheSectionEmpty) {
+    const std::string longName(1 << 20, 'n');
+    struct Case {
+        const char* what;
+        std::string bytes;
+    } cases[] = {
+        {"wrong root", "<?xml version=\"1.0\" ?><RTDBS><rtdb name=\"A\"/></RTDBS>"},
+        {"malformed", "<?xml version=\"1.0\" ?><rtdbs><rtdb name=\"A\"></rtdbs>"},
+        {"empty file", ""},
+        {"not xml", "rtdbs"},
+        {"unescaped quote written by the tool",
+         "<?xml version=\"1.0\" ?>\r\n<rtdbs>\r\n<rtdb name=\"a\"b\" sync=\"1\" >\r\n</rtdb>\r\n"
+         "</rtdbs>\r\n"},
+        {"bytes of no code page", "<rtdbs><rtdb name=\"\xff\xfe\xff\"/></rtdbs>"},
+        {"truncated", "<rtdbs><rtdb name=\"" + longName},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        RtdbSection s;
+        s.root().addDatabase("stale");
+        rqtest::RecordingSink sink;
+        rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+        rqtest::TempDir dir;
+        rqtest::writeFile(dir.file("rtdb.xml"), c.bytes);
+        EXPECT_FALSE(s.read(dir.file("rtdb.xml"), ctx));
+        EXPECT_FALSE(ctx.error.empty());
+        EXPECT_EQ(s.databaseCount(), 0u);
+        EXPECT_TRUE(sink.entries.empty());
+    }
+    RtdbSection s;
+    rqtest::RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    EXPECT_FALSE(s.read("/nonexistent/rtdb.xml", ctx));
+    EXPECT_FALSE(ctx.error.empty());
+}
+
+TEST(RtdbReader, LongValuesAndDeviceCodePageRoundTrip) {
+    RtdbSection s;
+    const std::string longText(1 << 20, 'v');
+    s.root().addDatabase("A").addItem(
+        DataItem::makeData("x", "string", "1048576", longText, longText));
+    rqtest::TempDir dir;
+    rqtest::writeFile(dir.file("rtdb.xml"), written(s));
+    rqtest::RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    RtdbSection back;
+    ASSERT_TRUE(back.read(dir.file("rtdb.xml"), ctx)) << ctx.error;
+    EXPECT_EQ(back.database(0).item(0), s.database(0).item(0));
+
+    // A file the tool wrote in GB2312, without a declaration, reads back as UTF-8.
+    const std::string gb = "<?xml version=\"1.0\" ?>\r\n<rtdbs>\r\n<rtdb name=\"\xce\xc2\xb6\xc8\" "
+                           "sync=\"1\" >\r\n</rtdb>\r\n</rtdbs>\r\n";
+    rqtest::writeFile(dir.file("gb.xml"), gb);
+    ASSERT_TRUE(back.read(dir.file("gb.xml"), ctx)) << ctx.error;
+    ASSERT_EQ(back.databaseCount(), 1u);
+    EXPECT_EQ(back.database(0).name(), "温度");
+}
+
+TEST(RtdbSection, CountsAndHasData) {
+    rqtest::RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    RtdbSection s;
+    ASSERT_TRUE(s.read(rqtest::dataPath("rtdb", "canonical", "expected.xml").string(), ctx));
+    using C = std::vector<std::pair<std::string, std::size_t>>;
+    EXPECT_EQ(s.counts(), (C{{"databases", 2}, {"groups", 3}, {"data", 5}, {"aliases", 2}}));
+
+    struct Ref {
+        const char* db;
+        const char* data;
+        bool found;
+    } refs[] = {
+        {"plant", "Level1", true}, // data two groups deep
+        {"plant", "P1", true},     // alias
+        {"plant", "Counter", true},    {"local", "Counter", true},
+        {"plant", "tanks", false},  // a group is no data
+        {"local", "Level1", false}, // names belong to their database
+        {"PLANT", "Level1", false}, // exact case
+        {"nowhere", "Counter", false}, {"plant", "", false},
+    };
+    for (const auto& r : refs)
+        EXPECT_EQ(s.hasData(r.db, r.data), r.found) << r.db << "." << r.data;
+
+    s.clear();
+    EXPECT_EQ(s.databaseCount(), 0u);
+    EXPECT_FALSE(s.hasData("plant", "Level1"));
+}
+
+class ProjectCheck : public rq::CheckContext {
+public:
+    bool hasRealtimeData(std::string_view, std::string_view) const override { return true; }
+};
+
+TEST(RtdbSection, CheckFindsRawValuesDuplicatesAndLostAliases) {
+    RtdbSection clean;
+    rqtest::RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    ASSERT_TRUE(clean.read(rqtest::dataPath("rtdb", "canonical", "expected.xml").string(), ctx));
+    ProjectCheck none;
+    clean.check(none);
+    EXPECT_TRUE(none.findings().empty()) << none.findings().front();
+
+    RtdbSection s;
+    auto& a = s.root().addDatabase("A&B");
+    auto& g = a.addGroup("dup");
+    g.addItem(DataItem::makeData("dup", "char", "1", "0", "a \"quoted\" text"));
+    g.addItem(DataItem::makeData("notype", "", "1", "<", ""));
+    a.addItem(DataItem::makeAlias("al", "missing"));
+    a.addItem(DataItem::makeAlias("ok", "notype"));
+    s.root().addDatabase("A&B");
+    ProjectCheck ctx2;
+    s.check(ctx2);
+    auto has = [&](const std::string& part) {
+        for (const auto& f : ctx2.findings())
+            if (f.find(part) != std::string::npos)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(has("rtdb.xml: database \"A&B\" name"));
+    EXPECT_TRUE(has("rtdb.xml: duplicate database \"A&B\""));
+    EXPECT_TRUE(has("data \"dup\" description"));
+    EXPECT_TRUE(has("data \"notype\" init"));
+    EXPECT_TRUE(has("data \"notype\" has no type"));
+    EXPECT_TRUE(has("duplicate name \"dup\" in database \"A&B\""));
+    EXPECT_TRUE(has("alias \"al\": target \"missing\" is not in the database"));
+    EXPECT_FALSE(has("alias \"ok\""));
+    // Two database names (one finding each), the duplicate database, the
+    // description, the init, the missing type, the duplicate name, the lost alias.
+    EXPECT_EQ(ctx2.findings().size(), 8u);
+}
+
+TEST(RtdbSection, SystemDatabaseFromTheProgramDirectory) {
+    rqtest::RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    auto sys = rq::loadSystemDatabase(rqtest::programDir(), ctx);
+    ASSERT_TRUE(sys) << ctx.error;
+    EXPECT_TRUE(sys->hasData("system", "Logic_True"));
+
+    rqtest::TempDir empty;
+    rq::ReadContext ctx2{sink, nullptr, nullptr, {}};
+    EXPECT_FALSE(rq::loadSystemDatabase(empty.str(), ctx2));
+    EXPECT_FALSE(ctx2.error.empty());
+}
+
+} // namespace
