@@ -1,0 +1,309 @@
+#include "project/ProjectFlows.h"
+
+#include "core/FileUtil.h"
+#include "core/HmiDeviceCatalog.h"
+
+#include <fstream>
+
+namespace rq {
+
+std::string projectDirectoryOf(const std::string& path, const std::string& name) {
+    std::string parent = path;
+    while (parent.size() > 1 && parent.back() == '/')
+        parent.pop_back();
+    return joinPath(parent, name);
+}
+
+const HmiDeviceType* acceptProjectForm(const ProjectForm& form, ProjectDialogMode mode,
+                                       ProjectDocument& doc) {
+    MessageSink& sink = doc.sink();
+    if (form.name.empty()) {
+        sink.showMessage(kMsgInputName, MessageIcon::Stop);
+        return nullptr;
+    }
+    if (form.path.empty()) {
+        sink.showMessage(kMsgChoosePath, MessageIcon::Stop);
+        return nullptr;
+    }
+    if (!form.hmiDisplay) {
+        sink.showMessage(kMsgChooseHmi, MessageIcon::Stop);
+        return nullptr;
+    }
+    if (mode == ProjectDialogMode::Create) {
+        std::string parent = form.path;
+        while (parent.size() > 1 && parent.back() == '/')
+            parent.pop_back();
+        if (!doc.createDirectories(parent, form.name))
+            return nullptr;
+    }
+    // A display text that the catalog lacks keeps the dialog open without a word.
+    return doc.catalogs().hmi.FindByDisplay(*form.hmiDisplay);
+}
+
+std::string offlineSimulationCommandLine(const std::string& projectDir) {
+    return "rqrun \"" + projectDir + "\"";
+}
+
+std::string onlineSimulationCommandLine(const std::string& projectDir,
+                                        const OnlineSimulationForm& form) {
+    return "rqrun \"" + projectDir + "\" 1 " + form.ip + " " + std::to_string(form.port) + " " +
+           std::to_string(form.overtime) + " " + std::to_string(form.period) + " ";
+}
+
+std::string ladderCommandLine(const std::string& projectDir) {
+    return "Ladrune *\"" + projectDir + "\"*ladder.xml";
+}
+
+ProjectFlows::ProjectFlows(ProjectDocument& doc, ProjectDialogHost& host, ProgramLauncher& launcher,
+                           std::string programDir)
+    : doc_(doc), host_(host), launcher_(launcher), programDir_(std::move(programDir)) {}
+
+std::string ProjectFlows::documentTitle() const {
+    const ProjectModel& m = doc_.model();
+    return m.name.empty() ? std::string("Untitled") : m.name;
+}
+
+bool ProjectFlows::saveModified() {
+    if (!doc_.model().modified)
+        return true;
+    switch (host_.askSaveChanges("Save changes to " + documentTitle() + "?")) {
+    case SaveAnswer::Yes:
+        return save();
+    case SaveAnswer::No:
+        return true;
+    case SaveAnswer::Cancel:
+        break;
+    }
+    return false;
+}
+
+bool ProjectFlows::newProject() {
+    if (!saveModified())
+        return false;
+    host_.projectCleared();
+    doc_.clear();
+    ProjectModel& m = doc_.model();
+    m.defines.clear();
+    m.libs.clear();
+    m.include.clear();
+    m.libs_linux.clear();
+
+    ProjectForm form;
+    const HmiDeviceType* chosen = nullptr;
+    auto accept = [&](const ProjectForm& f) {
+        chosen = acceptProjectForm(f, ProjectDialogMode::Create, doc_);
+        return chosen != nullptr;
+    };
+    if (host_.runProjectDialog(form, ProjectDialogMode::Create, accept) && chosen) {
+        m.name = form.name;
+        m.description = form.description;
+        m.slaveIp = form.slaveIp;
+        m.hmiType = chosen;
+        m.projectDirectory = projectDirectoryOf(form.path, form.name);
+        m.modified = true;
+    }
+    return true;
+}
+
+bool ProjectFlows::openProject() {
+    std::optional<std::string> dir = host_.browseFolder(kTitleProjectFolder);
+    if (!dir)
+        return false;
+    return openDirectory(*dir);
+}
+
+bool ProjectFlows::openDirectory(const std::string& dir) {
+    if (!saveModified())
+        return false;
+    return openWithoutQuestion(dir);
+}
+
+bool ProjectFlows::openWithoutQuestion(const std::string& dir) {
+    host_.projectCleared();
+    std::string error;
+    if (!doc_.open(dir, &error)) {
+        doc_.sink().showMessage("Failed to open the project \"" + dir + "\".\n" + error,
+                                MessageIcon::Stop);
+        host_.projectCleared();
+        return false;
+    }
+    host_.addRecent(doc_.model().projectDirectory);
+    host_.projectLoaded();
+    return true;
+}
+
+bool ProjectFlows::save() {
+    ProjectModel& m = doc_.model();
+    if (m.name.empty()) {
+        // The property dialog, in creation mode because the name is empty; its path
+        // is not taken.
+        ProjectForm form{m.name, m.description, m.projectDirectory,
+                         m.hmiType ? std::optional<std::string>(m.hmiType->display) : std::nullopt,
+                         m.slaveIp};
+        const HmiDeviceType* chosen = nullptr;
+        auto accept = [&](const ProjectForm& f) {
+            chosen = acceptProjectForm(f, ProjectDialogMode::Create, doc_);
+            return chosen != nullptr;
+        };
+        if (host_.runProjectDialog(form, ProjectDialogMode::Create, accept) && chosen) {
+            m.name = form.name;
+            m.description = form.description;
+            m.slaveIp = form.slaveIp;
+            m.hmiType = chosen;
+        }
+        if (m.name.empty())
+            return false;
+    }
+    if (m.projectDirectory.empty()) {
+        std::optional<std::string> parent = host_.browseFolder(kTitleParentFolder);
+        if (!parent)
+            return false;
+        std::string dir = projectDirectoryOf(*parent, m.name);
+        if (!makeDirectory(dir)) {
+            doc_.sink().showMessage(kMsgCreateDirFailed, MessageIcon::Stop);
+            return false;
+        }
+        m.projectDirectory = dir;
+        host_.addRecent(dir);
+    }
+    return writeAll();
+}
+
+bool ProjectFlows::writeAll() {
+    SaveReport report = doc_.saveAll();
+    // Each file that could not be written is reported; the others have been
+    // written and the save counts as done.
+    for (const std::string& line : report.failures)
+        doc_.sink().showMessage("Failed to save document.\n" + line, MessageIcon::Stop);
+    return true;
+}
+
+bool ProjectFlows::property() {
+    ProjectModel& m = doc_.model();
+    ProjectDialogMode mode =
+        m.name.empty() ? ProjectDialogMode::Create : ProjectDialogMode::Property;
+    ProjectForm form{m.name, m.description, m.projectDirectory,
+                     m.hmiType ? std::optional<std::string>(m.hmiType->display) : std::nullopt,
+                     m.slaveIp};
+    const HmiDeviceType* chosen = nullptr;
+    auto accept = [&](const ProjectForm& f) {
+        chosen = acceptProjectForm(f, mode, doc_);
+        return chosen != nullptr;
+    };
+    if (!host_.runProjectDialog(form, mode, accept) || !chosen)
+        return false;
+    m.name = form.name;
+    m.description = form.description;
+    m.slaveIp = form.slaveIp;
+    m.hmiType = chosen;
+    // The project file changes with these fields, so Save must not be skipped.
+    m.modified = true;
+    return true;
+}
+
+bool ProjectFlows::close() {
+    if (!saveModified())
+        return false;
+    host_.projectCleared();
+    doc_.clear();
+    return true;
+}
+
+bool ProjectFlows::runProgram(const std::string& commandLine) {
+    std::string error;
+    if (launcher_.launch(programDir_, commandLine, &error))
+        return true;
+    doc_.sink().showMessage(error, MessageIcon::Stop);
+    return false;
+}
+
+void ProjectFlows::offlineSimulation() {
+    const ProjectModel& m = doc_.model();
+    if (m.projectDirectory.empty()) {
+        doc_.sink().showMessage(kMsgSaveFirst, MessageIcon::Stop);
+        return;
+    }
+    runProgram(offlineSimulationCommandLine(m.projectDirectory));
+}
+
+void ProjectFlows::onlineSimulation() {
+    OnlineSimulationForm form;
+    form.ip = doc_.model().slaveIp;
+    host_.runOnlineSimulationDialog(form, [this](const OnlineSimulationForm& f) {
+        const ProjectModel& m = doc_.model();
+        if (m.projectDirectory.empty()) {
+            doc_.sink().showMessage(kMsgSaveFirst, MessageIcon::Stop);
+            return false;
+        }
+        if (f.ip.empty()) {
+            doc_.sink().showMessage(kMsgInputIp, MessageIcon::Stop);
+            return false;
+        }
+        runProgram(onlineSimulationCommandLine(m.projectDirectory, f));
+        return true;
+    });
+}
+
+void ProjectFlows::launchLadder() {
+    const ProjectModel& m = doc_.model();
+    if (!m.hmiType)
+        return;
+    if (m.hmiType->ladder == 0) {
+        doc_.sink().showMessage(kMsgNoLadder, MessageIcon::Stop);
+        return;
+    }
+    if (m.projectDirectory.empty()) {
+        doc_.sink().showMessage(kMsgSaveFirst, MessageIcon::Stop);
+        return;
+    }
+    const std::string path = joinPath(m.projectDirectory, "ladder.xml");
+    if (!std::ifstream(path, std::ios::binary).is_open()) {
+        std::string error;
+        if (!writeFileAtomic(path, kEmptyLadder, &error)) {
+            doc_.sink().showMessage("Cannot create " + path + ": " + error, MessageIcon::Stop);
+            return;
+        }
+    }
+    runProgram(ladderCommandLine(m.projectDirectory));
+}
+
+SectionObject sectionOfCommand(int command) {
+    struct Range {
+        std::initializer_list<int> numbers;
+        SectionObject section;
+    };
+    static const Range table[] = {
+        {{32802, 32803, 32806, 32807, 32808, 32810, 32811, 32812, 32906}, SectionObject::Rtdb},
+        {{32813, 32814, 32874, 32816, 32817, 32818}, SectionObject::HmiDb},
+        {{32819, 32820, 32821, 32822}, SectionObject::HmiWindow},
+        {{32827, 32828, 32829, 32830, 32831, 32833, 32834, 32914, 32916, 32835, 32836, 32837, 32839,
+          32840, 32841},
+         SectionObject::Device},
+        {{32842, 32843, 32844, 32845, 32846, 32848, 32849}, SectionObject::DataLog},
+        {{32853, 32912, 32913, 32850, 32851, 32852}, SectionObject::History},
+        {{32854, 32855, 32856, 32857, 32858, 32859, 32909}, SectionObject::Alarm},
+        {{32860, 32861, 32862}, SectionObject::Modules},
+        {{32863}, SectionObject::Redundancy},
+        {{32864, 32865, 32866, 32868}, SectionObject::Fbd},
+    };
+    for (const Range& r : table)
+        for (int n : r.numbers)
+            if (n == command)
+                return r.section;
+    return SectionObject::None;
+}
+
+bool commandAllowedByHmiType(int command, const HmiDeviceType* type) {
+    switch (command) {
+    case cmd::kNewFbd:
+    case cmd::kDeleteFbd:
+    case cmd::kFbdConfiguration:
+        return type && type->fbd != 0;
+    case cmd::kRedundantConfiguration:
+        return type && type->redundancy != 0;
+    default:
+        return true;
+    }
+}
+
+} // namespace rq

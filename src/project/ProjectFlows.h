@@ -1,0 +1,213 @@
+#pragma once
+// The project commands of the workspace: New, Open, Save, Property, the save question
+// before a project is replaced, offline and online simulation and the ladder launch.
+// They run on the one ProjectDocument; dialogs, folder browsers and questions reach
+// the user through ProjectDialogHost and the message sink, so every flow runs in
+// tests with a scripted host.
+
+#include "core/CommandLine.h"
+#include "core/MessageSink.h"
+#include "core/ProjectDocument.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace rq {
+
+struct HmiDeviceType;
+class HmiDeviceCatalog;
+
+// The fields of the project dialog ("Project Property").
+struct ProjectForm {
+    std::string name;
+    std::string description;
+    std::string path;                      // "Project Path:"; the parent folder when creating
+    std::optional<std::string> hmiDisplay; // the chosen "HMI Type:" entry, none when unset
+    std::string slaveIp;
+};
+
+enum class ProjectDialogMode {
+    Create,   // heading "Please Setting Project Property"; OK creates the directories
+    Property, // heading "Project property"; browse disabled, no directories made
+};
+
+// The fields of the "Online Simulation" dialog.
+struct OnlineSimulationForm {
+    std::string ip;
+    int port = 8200;
+    int overtime = 200;
+    int period = 200;
+};
+
+enum class SaveAnswer { Yes, No, Cancel };
+
+// What the project flows need from the user interface.
+class ProjectDialogHost {
+public:
+    virtual ~ProjectDialogHost() = default;
+    // Runs the project dialog on `form`. Its OK calls `accept`, which shows its own
+    // messages and returns true to close; the dialog stays open otherwise. Returns
+    // true when the dialog closed with OK (form then holds the accepted fields).
+    virtual bool runProjectDialog(ProjectForm& form, ProjectDialogMode mode,
+                                  const std::function<bool(const ProjectForm&)>& accept) = 0;
+    // A folder browser with the given title; nothing on Cancel.
+    virtual std::optional<std::string> browseFolder(const std::string& title) = 0;
+    // Runs the "Online Simulation" dialog; "Run" calls `run`, which returns true to
+    // close the dialog. "Quit" closes it.
+    virtual void
+    runOnlineSimulationDialog(OnlineSimulationForm& form,
+                              const std::function<bool(const OnlineSimulationForm&)>& run) = 0;
+    // The save question (Yes / No / Cancel).
+    virtual SaveAnswer askSaveChanges(const std::string& text) = 0;
+
+    // Notifications to the tree and the recent-file list.
+    virtual void projectCleared() {} // the tree is emptied
+    virtual void projectLoaded() {}  // the tree shows the opened project, no selection
+    virtual void addRecent(const std::string& dir) {}
+};
+
+// Messages shown by the flows.
+inline constexpr const char* kMsgInputName = "Please input project name!";
+inline constexpr const char* kMsgChoosePath = "Please choose project path!";
+inline constexpr const char* kMsgChooseHmi = "Please HMI type!";
+inline constexpr const char* kMsgCreateDirFailed = "Create directory failed!";
+inline constexpr const char* kMsgSaveFirst =
+    "Do not choose project directory, please save project before!";
+inline constexpr const char* kMsgInputIp = "Please input corresponding HMI IP address!";
+inline constexpr const char* kMsgNoLadder = "Current selected HMI type can't support ladder!";
+inline constexpr const char* kTitleParentFolder =
+    "Please choose project directory(Not including project name):";
+inline constexpr const char* kTitleProjectFolder = "Please choose project directory:";
+
+// The project dialog's OK check: the three field checks, in creation mode the
+// directories (path + name, then hisdata and data inside it), then the catalog
+// lookup by display text. Returns the HMI type when the dialog may close; nullptr
+// when it stays open (a message has been shown for every failure but the lookup).
+const HmiDeviceType* acceptProjectForm(const ProjectForm& form, ProjectDialogMode mode,
+                                       ProjectDocument& doc);
+
+// The project directory made of the dialog's path field and the name.
+std::string projectDirectoryOf(const std::string& path, const std::string& name);
+
+// The command lines of the sibling programs.
+std::string offlineSimulationCommandLine(const std::string& projectDir);
+std::string onlineSimulationCommandLine(const std::string& projectDir,
+                                        const OnlineSimulationForm& form);
+std::string ladderCommandLine(const std::string& projectDir);
+// What a new ladder.xml holds.
+inline constexpr const char* kEmptyLadder = "<?xml version=\"1.0\" ?>\r\n<ladder>\r\n</ladder>\r\n";
+
+class ProjectFlows {
+public:
+    ProjectFlows(ProjectDocument& doc, ProjectDialogHost& host, ProgramLauncher& launcher,
+                 std::string programDir);
+
+    // The save question, if the project is modified: Yes saves (a failed save
+    // cancels), No goes on, Cancel stops. True when the caller may go on.
+    bool saveModified();
+
+    // "New(&N)": offers to save, empties the project, runs the project dialog in
+    // creation mode. False only when the save question was cancelled.
+    bool newProject();
+    // "Open(&O)...": offers to save, asks for the directory, opens it.
+    bool openProject();
+    // Opens a directory (command line, recent list) after the save question.
+    bool openDirectory(const std::string& dir);
+    // "Save(&S)".
+    bool save();
+    // "Property...".
+    bool property();
+    // Closing: the save question, then the tree is emptied. False when cancelled.
+    bool close();
+
+    // "Offline Simulation" and "OnLine Simulation...".
+    void offlineSimulation();
+    void onlineSimulation();
+    // Double-click on "Ladder".
+    void launchLadder();
+
+    // The title that the save question names.
+    std::string documentTitle() const;
+
+private:
+    bool openWithoutQuestion(const std::string& dir);
+    bool writeAll();
+    bool runProgram(const std::string& commandLine);
+
+    ProjectDocument& doc_;
+    ProjectDialogHost& host_;
+    ProgramLauncher& launcher_;
+    std::string programDir_;
+};
+
+} // namespace rq
+
+namespace rq {
+
+// The command numbers of the main menu and of the section commands, and which
+// section object handles each section command.
+namespace cmd {
+inline constexpr int kNew = 57600;
+inline constexpr int kOpen = 57601;
+inline constexpr int kSave = 57603;
+inline constexpr int kProperty = 32809;
+inline constexpr int kRecentFile = 57616;
+inline constexpr int kQuit = 57665;
+inline constexpr int kViewToolbar = 59392;
+inline constexpr int kViewStatusBar = 59393;
+inline constexpr int kViewProjectManager = 103;
+inline constexpr int kViewMenuBar = 32771;
+inline constexpr int kCompile = 32823;
+inline constexpr int kOfflineSimulation = 32824;
+inline constexpr int kOnlineSimulation = 32875;
+inline constexpr int kDownloadProject = 32871;
+inline constexpr int kUploadProject = 32872;
+inline constexpr int kDownloadPackage = 3;
+inline constexpr int kDownloadStartupImage = 32873;
+inline constexpr int kMonitor = 32915;
+inline constexpr int kAlarmConfiguration = 32856;
+inline constexpr int kRedundantConfiguration = 32863;
+inline constexpr int kPrintConfiguration = 32911;
+inline constexpr int kAbout = 57664;
+
+// Real-time database.
+inline constexpr int kNewDataGroup = 32802;
+inline constexpr int kDeleteDataGroup = 32803;
+inline constexpr int kModifyDatabase = 32806;
+inline constexpr int kNewDatabase = 32807;
+inline constexpr int kDeleteDatabase = 32808;
+inline constexpr int kNewData = 32810;
+inline constexpr int kDeleteData = 32811;
+inline constexpr int kModifyData = 32812;
+inline constexpr int kBatchData = 32906;
+// Function blocks.
+inline constexpr int kNewFbd = 32864;
+inline constexpr int kDeleteFbd = 32865;
+inline constexpr int kFbdConfiguration = 32866;
+inline constexpr int kFbdModifyParameter = 32868;
+} // namespace cmd
+
+enum class SectionObject {
+    None,
+    Rtdb,
+    HmiDb,
+    HmiWindow,
+    Device,
+    DataLog,
+    History,
+    Alarm,
+    Modules,
+    Redundancy,
+    Fbd,
+};
+
+// The section object that handles a section command; None for other numbers.
+SectionObject sectionOfCommand(int command);
+// Availability by the project's HMI type, checked each time a menu is shown: the
+// function-block commands 32864-32866 need a type whose fbd flag is not 0, the
+// redundancy configuration 32863 one whose redundancy flag is not 0; every other
+// command is available.
+bool commandAllowedByHmiType(int command, const HmiDeviceType* type);
+
+} // namespace rq
