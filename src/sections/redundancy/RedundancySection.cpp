@@ -1,0 +1,160 @@
+#include "sections/redundancy/RedundancySection.h"
+
+#include "core/Xml.h"
+
+namespace rq {
+
+namespace {
+
+constexpr std::array<const char*, RedundancyRoles::kCount> kRoles = {"", "master", "slave",
+                                                                     "client"};
+
+// ---- reading ----------------------------------------------------------------
+
+class RedundancyReader {
+public:
+    explicit RedundancyReader(RedundancyConfig& c) : c_(c) {}
+
+    void redundancy(const xmlNode* root) {
+        for (const xmlNode* n = root->children; n; n = n->next) {
+            if (isElement(n, "config"))
+                config(n);
+            else if (isElement(n, "datalink"))
+                datalink(n);
+        }
+    }
+
+private:
+    void config(const xmlNode* e) {
+        c_.type = ReadAttrText(e, "type");
+        c_.period = ReadAttrText(e, "period");
+        c_.clockSyncCount = ReadAttrText(e, "clock_sync_count");
+    }
+
+    // Only a TCP link is known; any other type leaves the link settings alone.
+    void datalink(const xmlNode* e) {
+        if (ReadAttrText(e, "type") != "tcp")
+            return;
+        c_.timeout = ReadAttrText(e, "timeout");
+        for (const xmlNode* n = e->children; n; n = n->next) {
+            if (isElement(n, "master"))
+                master(n);
+            else if (isElement(n, "slave"))
+                slave(n);
+            else if (isElement(n, "link"))
+                link(n);
+        }
+    }
+
+    void master(const xmlNode* e) { c_.masterPort = ReadAttrText(e, "port"); }
+    void slave(const xmlNode* e) { c_.slavePort = ReadAttrText(e, "port"); }
+
+    // A pair with an empty side does not use up a slot; pairs past the fourth are
+    // dropped.
+    void link(const xmlNode* e) {
+        if (pairs_ >= RedundancyConfig::kLinkPairs)
+            return;
+        std::string masterIp = ReadAttrText(e, "master_ip");
+        std::string slaveIp = ReadAttrText(e, "slave_ip");
+        if (masterIp.empty() || slaveIp.empty())
+            return;
+        c_.linkMasterIp[pairs_] = std::move(masterIp);
+        c_.linkSlaveIp[pairs_] = std::move(slaveIp);
+        ++pairs_;
+    }
+
+    RedundancyConfig& c_;
+    int pairs_ = 0;
+};
+
+bool pairSet(const RedundancyConfig& c, int i) {
+    return !c.linkMasterIp[i].empty() && !c.linkSlaveIp[i].empty();
+}
+
+} // namespace
+
+std::string RedundancyRoles::keywordAt(int position) {
+    if (position < 0 || position >= kCount)
+        return {};
+    return kRoles[position];
+}
+
+int RedundancyRoles::indexOf(std::string_view keyword) {
+    for (int i = 0; i < kCount; ++i)
+        if (keyword == kRoles[i])
+            return i;
+    return -1;
+}
+
+bool RedundancySection::read(const std::string& path, ReadContext& ctx) {
+    clear();
+    XmlDocument doc;
+    if (!doc.load(path, "redundancy", &ctx.error))
+        return false;
+    RedundancyReader(config_).redundancy(doc.root());
+    return true;
+}
+
+void RedundancySection::write(std::string& out) const {
+    const RedundancyConfig& c = config_;
+    out += "<?xml version=\"1.0\" ?>\r\n<redundancy>\r\n";
+    if (!c.type.empty()) {
+        out += "\t<config type=\"";
+        out += c.type;
+        out += "\" period=\"";
+        out += c.period;
+        out += "\" clock_sync_count=\"";
+        out += c.clockSyncCount;
+        out += "\" />\r\n\t<datalink type=\"tcp\" timeout=\"";
+        out += c.timeout;
+        out += "\" >\r\n\t\t<master enable=\"";
+        out += c.masterPort.empty() ? '0' : '1';
+        out += "\" port=\"";
+        out += c.masterPort;
+        out += "\" />\r\n\t\t<slave enable=\"";
+        out += c.slavePort.empty() ? '0' : '1';
+        out += "\" port=\"";
+        out += c.slavePort;
+        out += "\" />\r\n";
+        for (int i = 0; i < RedundancyConfig::kLinkPairs; ++i) {
+            if (!pairSet(c, i))
+                continue;
+            out += "\t\t<link master_ip=\"";
+            out += c.linkMasterIp[i];
+            out += "\" slave_ip=\"";
+            out += c.linkSlaveIp[i];
+            out += "\" />\r\n";
+        }
+        out += "\t</datalink>\r\n";
+    }
+    out += "</redundancy>\r\n";
+}
+
+std::vector<std::pair<std::string, std::size_t>> RedundancySection::counts() const {
+    std::size_t links = 0;
+    if (!config_.type.empty())
+        for (int i = 0; i < RedundancyConfig::kLinkPairs; ++i)
+            links += pairSet(config_, i) ? 1 : 0;
+    return {{"config", config_.type.empty() ? 0u : 1u}, {"links", links}};
+}
+
+void RedundancySection::check(CheckContext& ctx) const {
+    const RedundancyConfig& c = config_;
+    if (c.type.empty())
+        return; // nothing but the root is written
+    ctx.rawValue("redundancy.xml: config type", c.type);
+    ctx.rawValue("redundancy.xml: config period", c.period);
+    ctx.rawValue("redundancy.xml: config clock_sync_count", c.clockSyncCount);
+    ctx.rawValue("redundancy.xml: datalink timeout", c.timeout);
+    ctx.rawValue("redundancy.xml: master port", c.masterPort);
+    ctx.rawValue("redundancy.xml: slave port", c.slavePort);
+    for (int i = 0; i < RedundancyConfig::kLinkPairs; ++i) {
+        if (!pairSet(c, i))
+            continue;
+        const std::string where = "redundancy.xml: link " + std::to_string(i + 1) + " ";
+        ctx.rawValue(where + "master_ip", c.linkMasterIp[i]);
+        ctx.rawValue(where + "slave_ip", c.linkSlaveIp[i]);
+    }
+}
+
+} // namespace rq
