@@ -1,0 +1,326 @@
+// device.xml: golden files, round trips, the add operations and their duplicate
+// tests, the writer's kind-specific attributes, bad input and the checks.
+
+#include "sections/device/DeviceSection.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <set>
+#include <sstream>
+
+using namespace rq;
+using rqtest::crlf;
+using rqtest::RecordingSink;
+using rqtest::TempDir;
+
+namespace {
+
+ReadContext makeCtx(MessageSink& sink) {
+    return ReadContext{sink, nullptr, nullptr, {}};
+}
+
+std::string written(const DeviceSection& s) {
+    std::string out;
+    s.write(out);
+    return out;
+}
+
+bool readText(DeviceSection& s, const std::string& bytes, RecordingSink& sink,
+              std::string* error = nullptr) {
+    TempDir dir;
+    rqtest::writeFile(dir.path() / "device.xml", bytes);
+    ReadContext ctx = makeCtx(sink);
+    const bool ok = s.read(dir.file("device.xml"), ctx);
+    if (error)
+        *error = ctx.error;
+    return ok;
+}
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> out;
+    std::istringstream in(text);
+    for (std::string l; std::getline(in, l);)
+        out.push_back(l);
+    return out;
+}
+
+LinkCommonFields named(const std::string& name,
+                       const std::function<void(LinkCommonFields&)>& more = {}) {
+    LinkCommonFields c;
+    c.name = name;
+    if (more)
+        more(c);
+    return c;
+}
+
+class FakeCheck : public CheckContext {
+public:
+    std::set<std::pair<std::string, std::string>> known;
+    bool hasRealtimeData(std::string_view db, std::string_view data) const override {
+        return known.count({std::string(db), std::string(data)}) > 0;
+    }
+};
+
+} // namespace
+
+class DeviceGolden : public testing::TestWithParam<std::string> {};
+
+// Each case: input.xml read, written, compared with expected.xml byte for byte;
+// the expected file read again writes itself; messages.txt lists what reading shows.
+TEST_P(DeviceGolden, ReadWriteReadGivesTheExpectedBytes) {
+    const std::string c = GetParam();
+    RecordingSink sink;
+    DeviceSection s;
+    ReadContext ctx = makeCtx(sink);
+    ASSERT_TRUE(s.read(rqtest::dataPath("device", c, "input.xml").string(), ctx)) << ctx.error;
+    const std::string expected = rqtest::readFile(rqtest::dataPath("device", c, "expected.xml"));
+    EXPECT_EQ(written(s), expected);
+
+    std::vector<std::string> wantMessages;
+    const auto messages = rqtest::dataPath("device", c, "messages.txt");
+    if (std::filesystem::exists(messages))
+        wantMessages = lines(rqtest::readFile(messages));
+    EXPECT_EQ(sink.texts(), wantMessages);
+    for (const auto& e : sink.entries)
+        EXPECT_EQ(e.icon, MessageIcon::Stop);
+
+    DeviceSection again;
+    RecordingSink quiet;
+    ReadContext ctx2 = makeCtx(quiet);
+    ASSERT_TRUE(again.read(rqtest::dataPath("device", c, "expected.xml").string(), ctx2));
+    EXPECT_EQ(written(again), expected);
+    EXPECT_TRUE(quiet.entries.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DeviceGolden, testing::ValuesIn(rqtest::caseNames("device")));
+
+TEST(DeviceGoldenData, CasesArePresent) {
+    EXPECT_GE(rqtest::caseNames("device").size(), 3u);
+}
+
+TEST(DeviceModel, ReaderKeepsRecordFieldsAsRead) {
+    RecordingSink sink;
+    DeviceSection s;
+    ReadContext ctx = makeCtx(sink);
+    ASSERT_TRUE(s.read(rqtest::dataPath("device", "kinds", "input.xml").string(), ctx));
+    ASSERT_EQ(s.links().size(), 6u);
+    const LinkItem& bus = s.links()[0];
+    EXPECT_EQ(bus.parity, "2");
+    const DeviceDataItem& first = bus.devices[0].data[0];
+    EXPECT_EQ(first.mode, "Circularly reading");
+    EXPECT_EQ(bus.devices[0].data[2].mode, "Write once only");
+    EXPECT_EQ(bus.devices[0].data[4].mode, "Circularly reading and once writing");
+    EXPECT_EQ(s.links()[3].listen_port, "5020");
+    EXPECT_TRUE(s.links()[3].server_port.empty()); // the client's port stays apart
+    const auto counts = s.counts();
+    EXPECT_EQ(counts, (std::vector<std::pair<std::string, std::size_t>>{
+                          {"links", 6}, {"devices", 4}, {"data", 6}}));
+}
+
+TEST(DeviceWriter, SerialLinkLineAndEmptySection) {
+    DeviceSection s;
+    EXPECT_EQ(written(s), crlf("<?xml version=\"1.0\" ?>\n<devices>\n</devices>\n"));
+
+    RecordingSink sink;
+    LinkCommonFields common;
+    common.name = "bus1";
+    common.redundtype = "master";
+    common.enable = "1";
+    common.driver = "tcpclient"; // ignored: the kind of the operation wins
+    ASSERT_NE(s.addLink(LinkKind::Serial, common, LinkKindFields{}, sink), nullptr);
+    EXPECT_EQ(written(s),
+              crlf("<?xml version=\"1.0\" ?>\n<devices>\n"
+                   "\t<link name=\"bus1\" period=\"500\" status_var=\"\" control_var=\"\" "
+                   "enable=\"1\" redundtype=\"master\" masterlink=\"\" timeout=\"500\" "
+                   "params=\"\" driver=\"serial\" devname=\"COM1\" baudrate=\"9600\" "
+                   "data_bits=\"8\" parity=\"0\" stop_bits=\"1\">\n"
+                   "\t</link>\n</devices>\n"));
+}
+
+// Each kind writes its own attributes only, whatever else the record holds.
+TEST(DeviceWriter, KindSpecificAttributes) {
+    struct Row {
+        LinkKind kind;
+        const char* tail;
+    } rows[] = {
+        {LinkKind::Serial, " driver=\"serial\" devname=\"D\" baudrate=\"B\" data_bits=\"7\" "
+                           "parity=\"1\" stop_bits=\"2\">"},
+        {LinkKind::None, " driver=\"none\">"},
+        {LinkKind::TcpClient, " driver=\"tcpclient\" server_ip=\"IP\" server_port=\"CP\">"},
+        {LinkKind::TcpServer, " driver=\"tcpserver\" server_port=\"LP\">"},
+        {LinkKind::Ferolt, " driver=\"ferolt\">"},
+    };
+    LinkKindFields f{"D", "B", "7", "1", "2", "IP", "CP", "LP"};
+    for (const Row& row : rows) {
+        DeviceSection s;
+        RecordingSink sink;
+        LinkItem* link = s.addLink(row.kind, LinkCommonFields{}, f, sink);
+        ASSERT_NE(link, nullptr);
+        // Fields of other kinds filled afterwards are still not written.
+        static_cast<LinkKindFields&>(*link) = f;
+        const std::string out = written(s);
+        EXPECT_NE(out.find(std::string(row.tail) + "\r\n\t</link>"), std::string::npos)
+            << linkKindKeyword(row.kind) << ": " << out;
+    }
+}
+
+TEST(DeviceWriter, ModeTextOutsideTheTableWritesEmptyModeAndReadsBackAsDefault) {
+    DeviceSection s;
+    RecordingSink sink;
+    LinkItem* link = s.addLink(LinkKind::None, named("l"), {}, sink);
+    DeviceItem d;
+    d.name = "d";
+    d.data.push_back({"t", "1", "a.b", "", "circularly reading", "0", "1"});
+    DeviceSection::addDevice(*link, std::move(d), sink);
+    const std::string out = written(s);
+    EXPECT_NE(out.find("group=\"0\" mode=\"\" enable=\"1\"/>\r\n"), std::string::npos);
+    DeviceSection back;
+    ASSERT_TRUE(readText(back, out, sink));
+    EXPECT_EQ(back.links()[0].devices[0].data[0].mode, "Circularly reading and once writing");
+}
+
+TEST(DeviceModel, LinkDuplicateTestIsExactAndCaseSensitive) {
+    DeviceSection s;
+    RecordingSink sink;
+    LinkItem* a = s.addLink(LinkKind::None, named("bus"), {}, sink);
+    ASSERT_NE(a, nullptr);
+    EXPECT_NE(s.addLink(LinkKind::Serial, named("Bus"), {}, sink), nullptr);
+    EXPECT_NE(s.addLink(LinkKind::Serial, named("bus "), {}, sink), nullptr);
+    EXPECT_TRUE(sink.entries.empty());
+    EXPECT_EQ(s.addLink(LinkKind::TcpClient, named("bus"), {}, sink), nullptr);
+    ASSERT_EQ(sink.texts(), std::vector<std::string>{"The link already exist!"});
+    EXPECT_EQ(sink.entries[0].icon, MessageIcon::Stop);
+    EXPECT_EQ(s.links().size(), 3u);
+    EXPECT_TRUE(s.linkNameExists("bus"));
+    EXPECT_FALSE(s.linkNameExists("bus", a)); // the link being modified is left out
+    EXPECT_TRUE(s.removeLink(a));
+    EXPECT_FALSE(s.removeLink(a));
+    EXPECT_FALSE(s.linkNameExists("bus"));
+}
+
+TEST(DeviceModel, DeviceNamesAreUniquePerLink) {
+    DeviceSection s;
+    RecordingSink sink;
+    LinkItem* l1 = s.addLink(LinkKind::None, named("l1"), {}, sink);
+    LinkItem* l2 = s.addLink(LinkKind::None, named("l2"), {}, sink);
+    DeviceItem d;
+    d.name = "dev";
+    DeviceItem* first = DeviceSection::addDevice(*l1, d, sink);
+    ASSERT_NE(first, nullptr);
+    EXPECT_NE(DeviceSection::addDevice(*l2, d, sink), nullptr);
+    EXPECT_TRUE(sink.entries.empty());
+    EXPECT_EQ(DeviceSection::addDevice(*l1, d, sink), nullptr);
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"The device already exist!"});
+    // Adding more devices keeps the first one where it is.
+    for (int i = 0; i < 100; ++i) {
+        d.name = "n" + std::to_string(i);
+        DeviceSection::addDevice(*l1, d, sink);
+    }
+    EXPECT_EQ(first->name, "dev");
+    EXPECT_FALSE(DeviceSection::deviceNameExists(*l1, "dev", first));
+    EXPECT_TRUE(DeviceSection::removeDevice(*l1, first));
+    EXPECT_FALSE(DeviceSection::deviceNameExists(*l1, "dev"));
+}
+
+TEST(DeviceReader, BadInputFailsCleanly) {
+    struct Row {
+        const char* what;
+        std::string bytes;
+    } rows[] = {
+        {"malformed", "<?xml version=\"1.0\" ?>\n<devices>\n\t<link name=\"a\" driver=\"none\">\n"},
+        {"wrong root", "<?xml version=\"1.0\" ?>\n<Devices>\n</Devices>\n"},
+        {"no root", "<?xml version=\"1.0\" ?>\n"},
+        {"unescaped quote in a name",
+         "<devices><link name=\"a\"b\" driver=\"none\"></link></devices>"},
+        {"empty file", ""},
+    };
+    for (const Row& row : rows) {
+        DeviceSection s;
+        RecordingSink sink;
+        s.addLink(LinkKind::None, named("old"), {}, sink);
+        std::string error;
+        EXPECT_FALSE(readText(s, row.bytes, sink, &error)) << row.what;
+        EXPECT_FALSE(error.empty()) << row.what;
+        EXPECT_TRUE(s.links().empty()) << row.what;
+    }
+    DeviceSection s;
+    RecordingSink sink;
+    ReadContext ctx = makeCtx(sink);
+    EXPECT_FALSE(s.read("/nonexistent/device.xml", ctx));
+    EXPECT_FALSE(ctx.error.empty());
+}
+
+TEST(DeviceReader, NameWithQuoteIsWrittenRawAndNoLongerParses) {
+    DeviceSection s;
+    RecordingSink sink;
+    s.addLink(LinkKind::None, named("a\"b"), {}, sink);
+    const std::string out = written(s);
+    EXPECT_NE(out.find("<link name=\"a\"b\" "), std::string::npos);
+    DeviceSection back;
+    EXPECT_FALSE(readText(back, out, sink));
+}
+
+TEST(DeviceReader, DeviceCodePageBytesAndLongValues) {
+    // A file without declaration in GB2312 bytes: 0xC9E8 0xB1B8 is the name "设备".
+    DeviceSection s;
+    RecordingSink sink;
+    ASSERT_TRUE(readText(s,
+                         "<devices><link name=\"\xC9\xE8\xB1\xB8\" driver=\"none\"></link>"
+                         "</devices>",
+                         sink));
+    ASSERT_EQ(s.links().size(), 1u);
+    EXPECT_EQ(s.links()[0].name, "\xE8\xAE\xBE\xE5\xA4\x87");
+
+    const std::string longValue(1 << 20, 'p');
+    DeviceSection big;
+    LinkItem* l = big.addLink(
+        LinkKind::None, named("l", [&](LinkCommonFields& c) { c.params = longValue; }), {}, sink);
+    DeviceItem d;
+    d.name = "d";
+    d.params = longValue;
+    DeviceSection::addDevice(*l, d, sink);
+    DeviceSection back;
+    ASSERT_TRUE(readText(back, written(big), sink));
+    EXPECT_EQ(back.links()[0].params, longValue);
+    EXPECT_EQ(back.links()[0].devices[0].params, longValue);
+}
+
+TEST(DeviceCheck, ReportsRawValuesReferencesUnknownKindsAndDuplicates) {
+    DeviceSection s;
+    RecordingSink sink;
+    LinkItem* a = s.addLink(
+        LinkKind::None, named("a", [](LinkCommonFields& c) { c.status_var = "db.ok"; }), {}, sink);
+    LinkItem* b =
+        s.addLink(LinkKind::None,
+                  named("b", [](LinkCommonFields& c) { c.control_var = "db.missing"; }), {}, sink);
+    b->name = "a";       // a rename through Modify is not tested against other links
+    a->driver = "bogus"; // would be dropped on the next read
+    DeviceItem d;
+    d.name = "d<1";
+    d.data.push_back({"t", "1", "db.ok", "", "Circularly reading", "0", "1"});
+    d.data.push_back({"", "2", "db.gone", "", "Circularly reading", "0", "1"});
+    DeviceSection::addDevice(*a, d, sink);
+    DeviceSection::addDevice(*a, d, sink); // refused
+    a->devices.push_back(d);               // a duplicate only Modify could make
+
+    FakeCheck ctx;
+    ctx.known = {{"db", "ok"}};
+    s.check(ctx);
+    const std::string all = [&] {
+        std::string t;
+        for (const auto& f : ctx.findings())
+            t += f + "\n";
+        return t;
+    }();
+    EXPECT_NE(all.find("device.xml: duplicate link \"a\""), std::string::npos) << all;
+    EXPECT_NE(all.find("unknown kind \"bogus\""), std::string::npos) << all;
+    EXPECT_NE(all.find("device.xml: duplicate device \"d<1\" in link \"a\""), std::string::npos)
+        << all;
+    EXPECT_NE(all.find("device \"d<1\" name"), std::string::npos) << all;
+    EXPECT_NE(all.find("db.missing"), std::string::npos) << all;
+    EXPECT_NE(all.find("db.gone"), std::string::npos) << all;
+    EXPECT_NE(all.find("data 2 has no type"), std::string::npos) << all;
+    EXPECT_EQ(all.find("\"db.ok\""), std::string::npos) << all; // a known reference passes
+}
