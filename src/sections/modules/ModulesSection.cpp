@@ -1,0 +1,72 @@
+#include "sections/modules/ModulesSection.h"
+
+#include "core/Xml.h"
+
+namespace rq {
+
+namespace {
+
+// Appends the value through EscapeXmlAttr; values without a special character
+// (nearly all) are appended as they are, without a temporary copy.
+void appendEscaped(std::string& out, std::string_view value) {
+    if (value.find_first_of("&\"<>'") == std::string_view::npos)
+        out += value;
+    else
+        out += EscapeXmlAttr(value);
+}
+
+void module(const xmlNode* e, std::vector<UserModule>& modules) {
+    UserModule m;
+    m.name = ReadAttrText(e, "name");
+    if (m.name.empty())
+        return;
+    m.defines = ReadAttrText(e, "defines");
+    m.srcfiles = ReadAttrText(e, "srcfiles");
+    m.params = ReadAttrText(e, "params");
+    m.enable = ReadAttrText(e, "enable") == "1";
+    modules.push_back(std::move(m));
+}
+
+} // namespace
+
+bool ModulesSection::read(const std::string& path, ReadContext& ctx) {
+    modules_.clear();
+    XmlDocument doc;
+    if (!doc.load(path, "modules", &ctx.error))
+        return false;
+    for (const xmlNode* n = doc.root()->children; n; n = n->next) {
+        if (isElement(n, "module"))
+            module(n, modules_);
+    }
+    return true;
+}
+
+void ModulesSection::write(std::string& out) const {
+    out += "<?xml version=\"1.0\" ?>\r\n<modules>\r\n";
+    for (const UserModule& m : modules_) {
+        out += "\t<module name=\"";
+        out += m.name;
+        out += "\" defines=\"";
+        appendEscaped(out, m.defines);
+        out += "\" srcfiles=\"";
+        appendEscaped(out, m.srcfiles);
+        out += "\" params=\"";
+        appendEscaped(out, m.params);
+        out += "\" enable=\"";
+        out += m.enable ? '1' : '0';
+        out += "\"/>\r\n";
+    }
+    out += "</modules>\r\n";
+}
+
+std::vector<std::pair<std::string, std::size_t>> ModulesSection::counts() const {
+    return {{"modules", modules_.size()}};
+}
+
+void ModulesSection::check(CheckContext& ctx) const {
+    // Only the name is written as it stands; the other texts are escaped.
+    for (const UserModule& m : modules_)
+        ctx.rawValue("modules.xml: module \"" + m.name + "\" name", m.name);
+}
+
+} // namespace rq
