@@ -1,0 +1,186 @@
+// Device commands: device type, device put, device get, device clock, device
+// monitor. Each exits with its transfer result (0 to 4).
+
+#include "Command.h"
+#include "core/FileUtil.h"
+#include "deploy/protocol/DeviceProtocol.h"
+
+#include <chrono>
+#include <iostream>
+#include <thread>
+
+using namespace rqcli;
+
+namespace {
+
+// The monitor polls the device this often.
+constexpr auto kMonitorInterval = std::chrono::milliseconds(2000);
+
+const char* resultText(rq::TransferResult result) {
+    switch (result) {
+    case rq::kTransferOk:
+        return "done";
+    case rq::kCannotConnect:
+        return "can not connect to the device";
+    case rq::kCommError:
+        return "communication error";
+    case rq::kLocalFileError:
+        return "can not open file or other error";
+    case rq::kTypeMismatch:
+        return "device type differs";
+    }
+    return "unknown result";
+}
+
+// Reports a transfer without a dialog text of its own.
+int report(const std::string& what, rq::TransferResult result) {
+    if (result == rq::kTransferOk)
+        std::cout << what << ": " << resultText(result) << "\n";
+    else
+        std::cerr << "rqpcli: " << what << ": " << resultText(result) << "\n";
+    return result;
+}
+
+int runType(const std::vector<std::string>& args) {
+    Options opt({}, {});
+    int status;
+    if (!parseOrExit(commandNamed("device type"), opt, args, 1, 1, &status))
+        return status;
+    char type[128];
+    const rq::TransferResult result = rq::QueryDeviceType(opt.positional()[0], type, sizeof type);
+    if (result != rq::kTransferOk)
+        return report("device type", result);
+    std::cout << type << "\n";
+    return result;
+}
+
+int runPut(const std::vector<std::string>& args) {
+    Options opt({"dir", "name", "extra"}, {});
+    int status;
+    if (!parseOrExit(commandNamed("device put"), opt, args, 2, 2, &status))
+        return status;
+    const std::string& local = opt.positional()[0];
+    std::string name = opt.value("name").value_or("");
+    if (name.empty()) {
+        const std::size_t slash = local.find_last_of('/');
+        name = slash == std::string::npos ? local : local.substr(slash + 1);
+    }
+    const std::string dir = opt.value("dir").value_or("/tmp");
+    const rq::TransferResult result =
+        rq::PutFile(local, name, dir, opt.positional()[1], 2, opt.value("extra").value_or(""));
+    return report("put " + local + " as " + dir + "/" + name, result);
+}
+
+int runGet(const std::vector<std::string>& args) {
+    Options opt({}, {});
+    int status;
+    if (!parseOrExit(commandNamed("device get"), opt, args, 3, 3, &status))
+        return status;
+    const auto& p = opt.positional();
+    return report("get " + p[0] + " into " + p[1], rq::GetFile(p[0], p[1], p[2]));
+}
+
+int runClock(const std::vector<std::string>& args) {
+    Options opt({}, {});
+    int status;
+    if (!parseOrExit(commandNamed("device clock"), opt, args, 1, 1, &status))
+        return status;
+    const rq::TransferResult result = rq::SetDeviceClock(opt.positional()[0]);
+    switch (result) {
+    case rq::kTransferOk:
+        std::cout << "Adjust time successfully!\n";
+        break;
+    case rq::kCommError:
+        std::cout << "Adjust time fail, communication error!\n";
+        break;
+    case rq::kCannotConnect:
+        std::cout << "Adjust time fail, can not connect slave!\n";
+        break;
+    default: // the clock dialog shows nothing for a local error
+        break;
+    }
+    return result;
+}
+
+int runMonitor(const std::vector<std::string>& args) {
+    Options opt({"count"}, {});
+    int status;
+    const Command& command = commandNamed("device monitor");
+    if (!parseOrExit(command, opt, args, 1, 1, &status))
+        return status;
+    long count = 1;
+    if (auto c = opt.value("count")) {
+        std::size_t used = 0;
+        try {
+            count = std::stol(*c, &used);
+        } catch (...) {
+            used = 0;
+        }
+        if (used != c->size() || count < 1) {
+            std::cerr << "rqpcli device monitor: --count needs a positive number\n"
+                      << "usage: rqpcli " << command.usage << "\n";
+            return kExitUsage;
+        }
+    }
+    const std::string& ip = opt.positional()[0];
+    // Starting the monitor service is an upgrade-style put, worded as such.
+    const rq::TransferResult started = rq::PutFile(
+        rq::joinPath(rq::programDirectory(), "rqmon.rqp"), "rqmon.rqp", "/tmp", ip, 2, "");
+    switch (started) {
+    case rq::kTransferOk:
+        break;
+    case rq::kCannotConnect:
+        std::cout << "Upgrade package download fail, can not connect slave!\n";
+        return started;
+    case rq::kCommError:
+        std::cout << "Upgrade package download fail, communicating with slave error!\n";
+        return started;
+    default:
+        std::cout << "Upgrade package download fail, can not open file or other error!\n";
+        return started;
+    }
+    rq::MonitorSocket sock = 0;
+    rq::TransferResult result = rq::kTransferOk;
+    for (long i = 0; i < count; ++i) {
+        if (i > 0)
+            std::this_thread::sleep_for(kMonitorInterval);
+        rq::DeviceStatus s{};
+        result = rq::PollDeviceStatus(ip, sock, s);
+        // A failed poll clears the six fields.
+        const bool ok = result == rq::kTransferOk;
+        auto memory = [ok](uint32_t v) { return ok ? rq::FormatMemory(v) : std::string(); };
+        auto rate = [ok](uint32_t v) { return ok ? rq::FormatRate(v) : std::string(); };
+        std::cout << "Slave IP Address: " << ip << "\n"
+                  << "system\n"
+                  << "  Total Memory: " << memory(s.totalMemory) << "\n"
+                  << "  Memory Usage: " << memory(s.usedMemory) << "\n"
+                  << "  Free Memory: " << memory(s.freeMemory) << "\n"
+                  << "  CPU Utilization : " << rate(s.cpuUsage) << "\n"
+                  << "application\n"
+                  << "  Memory Usage: " << memory(s.appMemory) << "\n"
+                  << "  Memory Usage Rate: " << rate(s.appMemoryRate) << "\n";
+        if (i + 1 < count)
+            std::cout << "\n";
+        std::cout.flush();
+    }
+    rq::EndDeviceMonitor(sock);
+    return result;
+}
+
+CommandRegistration regType({"device type", "device type IP",
+                             "prints the HMI type name that the device at IP reports", runType});
+CommandRegistration regPut({"device put",
+                            "device put LOCAL IP [--dir /tmp] [--name NAME] [--extra TEXT]",
+                            "sends the file LOCAL to the device as DIR/NAME (NAME defaults to "
+                            "LOCAL's file name; the extra text is the package password)",
+                            runPut});
+CommandRegistration regGet({"device get", "device get REMOTE LOCAL IP",
+                            "fetches the device's file REMOTE into LOCAL", runGet});
+CommandRegistration regClock({"device clock", "device clock IP",
+                              "sets the device clock to this computer's time", runClock});
+CommandRegistration regMonitor({"device monitor", "device monitor IP [--count N]",
+                                "starts the device's monitor service and shows its memory and "
+                                "CPU figures N times, 2 seconds apart",
+                                runMonitor});
+
+} // namespace
