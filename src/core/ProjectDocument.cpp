@@ -4,6 +4,8 @@
 #include "core/ProjectFile.h"
 #include "core/TextEncoding.h"
 
+#include <filesystem>
+
 namespace rq {
 
 ProjectDocument::ProjectDocument(const Catalogs& catalogs, MessageSink& sink,
@@ -26,14 +28,19 @@ bool ProjectDocument::createDirectories(const std::string& parent, const std::st
     return true;
 }
 
-static std::string withoutTrailingSeparator(std::string dir) {
-    while (dir.size() > 1 && dir.back() == '/')
-        dir.pop_back();
-    return dir;
+// The full path of a directory, without a trailing separator.
+static std::string fullDirectoryPath(const std::string& dir) {
+    std::error_code ec;
+    std::string full = std::filesystem::absolute(dir, ec).lexically_normal().string();
+    if (ec)
+        full = dir;
+    while (full.size() > 1 && full.back() == '/')
+        full.pop_back();
+    return full;
 }
 
 bool ProjectDocument::open(const std::string& directory, std::string* error) {
-    const std::string dir = withoutTrailingSeparator(directory);
+    const std::string dir = fullDirectoryPath(directory);
     clear();
     for (int i = 0; i < kSectionCount; ++i) {
         std::string reason;

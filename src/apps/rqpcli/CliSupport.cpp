@@ -1,0 +1,55 @@
+#include "CliSupport.h"
+
+#include "Command.h"
+#include "core/FileUtil.h"
+
+#include <iostream>
+
+namespace rqcli {
+
+void ConsoleSink::showMessage(const std::string& text, rq::MessageIcon) {
+    std::cerr << text << "\n";
+}
+
+bool ConsoleSink::askOkCancel(const std::string& text) {
+    std::cerr << text << " [OK]\n";
+    return true;
+}
+
+bool ConsoleSink::askYesNo(const std::string& text, rq::MessageIcon, bool defaultNo) {
+    std::cerr << text << (defaultNo ? " [No]\n" : " [Yes]\n");
+    return !defaultNo;
+}
+
+const rq::Catalogs& catalogs() {
+    static rq::Catalogs c = [] {
+        rq::Catalogs loaded;
+        loaded.loadFrom(rq::programDirectory());
+        return loaded;
+    }();
+    return c;
+}
+
+ConsoleSink& consoleSink() {
+    static ConsoleSink sink;
+    return sink;
+}
+
+std::unique_ptr<rq::Project> openProject(const std::string& dir) {
+    auto project = std::make_unique<rq::Project>(catalogs(), consoleSink());
+    std::string error;
+    if (!project->doc.open(dir, &error)) {
+        fail("cannot open project: " + error);
+        return nullptr;
+    }
+    return project;
+}
+
+bool saveProject(rq::Project& project) {
+    rq::SaveReport report = project.doc.saveAll();
+    for (const auto& line : report.failures)
+        fail("cannot save " + line);
+    return report.ok();
+}
+
+} // namespace rqcli

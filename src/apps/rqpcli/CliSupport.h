@@ -1,0 +1,35 @@
+#pragma once
+// What the commands of rqpcli share: the catalogs beside the program, a message
+// sink that prints, and opening a project.
+
+#include "core/Catalogs.h"
+#include "core/MessageSink.h"
+#include "project/Project.h"
+
+#include <memory>
+#include <string>
+
+namespace rqcli {
+
+// Prints every message to standard error, one line each; questions take their
+// default answer.
+class ConsoleSink : public rq::MessageSink {
+public:
+    void showMessage(const std::string& text, rq::MessageIcon icon) override;
+    bool askOkCancel(const std::string& text) override;
+    bool askYesNo(const std::string& text, rq::MessageIcon icon, bool defaultNo) override;
+};
+
+// The catalogs of the program directory, loaded once.
+const rq::Catalogs& catalogs();
+ConsoleSink& consoleSink();
+
+// Opens the project in `dir`; on failure prints "cannot open project: FILE: reason"
+// and returns null.
+std::unique_ptr<rq::Project> openProject(const std::string& dir);
+
+// Saves all files; prints one line per file that could not be written. True when
+// every file was written.
+bool saveProject(rq::Project& project);
+
+} // namespace rqcli
