@@ -24,6 +24,8 @@ constexpr std::size_t kCountedBufferSize = 1024;
 // File contents move in pieces of this size. The device sees one byte stream, so
 // the piece size is free; a large one keeps the system calls few.
 constexpr std::size_t kContentChunk = 64 * 1024;
+// A fetched file is written in whole pieces of this size (kContentChunk is a multiple).
+constexpr std::size_t kGetPiece = 1024;
 
 #ifdef MSG_NOSIGNAL
 constexpr int kSendFlags = MSG_NOSIGNAL;
@@ -134,9 +136,13 @@ int SendFrame(int sock, uint8_t command, uint32_t length, const void* payload) {
     return 1;
 }
 
-int RecvExact(int sock, void* buffer, long count, int seconds) {
+namespace {
+
+// RecvExact that also tells how many bytes arrived before a failure.
+int recvCounted(int sock, void* buffer, long count, int seconds, long* receivedOut) {
     char* p = static_cast<char*>(buffer);
-    long received = 0;
+    long& received = *receivedOut;
+    received = 0;
     // A request for no bytes fails like the receive of nothing it would make.
     if (count <= 0)
         return 0;
@@ -157,6 +163,17 @@ int RecvExact(int sock, void* buffer, long count, int seconds) {
         received += static_cast<long>(got);
     }
     return 1;
+}
+
+int recvInto(int sock, void* buffer, long count, long* received) {
+    return recvCounted(sock, buffer, count, kReceiveWaitSeconds, received);
+}
+
+} // namespace
+
+int RecvExact(int sock, void* buffer, long count, int seconds) {
+    long received = 0;
+    return recvCounted(sock, buffer, count, seconds, &received);
 }
 
 int RecvReplyHeader(int sock, uint8_t* type, uint32_t* length) {
@@ -316,7 +333,13 @@ TransferResult GetFile(const std::string& remotePath, const std::string& localPa
     char* chunk = buffer.data();
     while (remaining > 0) {
         const std::size_t want = remaining < kContentChunk ? remaining : kContentChunk;
-        if (!RecvExact(sock, chunk, static_cast<long>(want), kReceiveWaitSeconds)) {
+        long got = 0;
+        if (!recvInto(sock, chunk, static_cast<long>(want), &got)) {
+            // The device's file arrives in pieces of 1024 bytes: a cut transfer leaves
+            // the whole pieces written and drops the broken one.
+            const std::size_t whole = static_cast<std::size_t>(got) / kGetPiece * kGetPiece;
+            if (whole > 0)
+                std::fwrite(chunk, 1, whole, file.file);
             closeSocket(sock);
             return kCommError;
         }
