@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // Content goes through in pieces of this size (a multiple of the 8-byte block).
-constexpr std::size_t kChunkSize = std::size_t{1} << 20;
+constexpr std::size_t kChunkSize = std::size_t{64} << 10;
 static_assert(kChunkSize % 8 == 0);
 
 void setError(std::string* error, std::string text) {
