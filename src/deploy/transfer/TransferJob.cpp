@@ -1,0 +1,132 @@
+#include "deploy/transfer/TransferJob.h"
+
+#include "deploy/process/ProcessRunner.h"
+#include "deploy/protocol/DeviceProtocol.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace rq {
+
+// The owner variant that forwards only started and finished; standard error is
+// kept for diagnostics.
+class TransferJob::ScriptRunner : public ProcessRunner {
+public:
+    explicit ScriptRunner(TransferJob& job) : job_(job) {}
+    ~ScriptRunner() override { Stop(); }
+
+    bool waitFinished() {
+        std::unique_lock lock(m_);
+        cv_.wait(lock, [this] { return finished_; });
+        return true;
+    }
+    std::string errors() {
+        std::lock_guard lock(m_);
+        return errors_;
+    }
+
+protected:
+    void OnStarted(const std::string& line) override { job_.event(0, 0, line); }
+    void OnStderr(const std::string& text) override {
+        std::lock_guard lock(m_);
+        if (errors_.size() < 64 * 1024)
+            errors_ += text;
+    }
+    void OnFinished() override {
+        job_.event(1);
+        std::lock_guard lock(m_);
+        finished_ = true;
+        cv_.notify_all();
+    }
+
+private:
+    TransferJob& job_;
+    std::mutex m_;
+    std::condition_variable cv_;
+    bool finished_ = false;
+    std::string errors_;
+};
+
+TransferJob::TransferJob(TransferListener* listener) : listener_(listener) {}
+
+TransferJob::~TransferJob() {
+    if (worker_.joinable())
+        worker_.join();
+}
+
+TransferOutcome TransferJob::checkFailure(const std::string& message, MessageIcon icon) {
+    TransferOutcome o;
+    o.message = message;
+    o.icon = icon;
+    o.checkFailed = true;
+    return o;
+}
+
+std::optional<TransferOutcome> TransferJob::start() {
+    if (worker_.joinable())
+        worker_.join();
+    if (auto failed = check()) {
+        outcome_ = *failed;
+        if (listener_)
+            listener_->onOutcome(outcome_);
+        return failed;
+    }
+    worker_ = std::thread([this] {
+        outcome_ = work();
+        if (listener_)
+            listener_->onOutcome(outcome_);
+    });
+    return std::nullopt;
+}
+
+TransferOutcome TransferJob::wait() {
+    if (worker_.joinable())
+        worker_.join();
+    return outcome_;
+}
+
+TransferOutcome TransferJob::run() {
+    if (auto failed = start())
+        return *failed;
+    return wait();
+}
+
+std::string TransferJob::scriptErrors() const {
+    return scriptErrors_;
+}
+
+void TransferJob::event(int code, int result, const std::string& text) {
+    if (listener_)
+        listener_->onTransferEvent({code, result, text});
+}
+
+void TransferJob::status(const std::string& text) {
+    if (listener_)
+        listener_->onStatus(text);
+}
+
+bool TransferJob::runScript(const std::string& line, const std::string& dir) {
+    ScriptRunner runner(*this);
+    if (runner.Start(line, {}, dir) != 1) {
+        scriptErrors_ += "Unable to start " + line + "\n";
+        return false;
+    }
+    runner.waitFinished();
+    runner.Stop();
+    scriptErrors_ += runner.errors();
+    return true;
+}
+
+int TransferJob::waitUntilReady(const std::string& ip, const ReadinessWait& wait) {
+    if (wait.firstPauseMs > 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(wait.firstPauseMs));
+    for (int i = 0; i < wait.polls; ++i) {
+        if (QueryUpdateDone(ip) == kTransferOk)
+            return kTransferOk;
+        std::this_thread::sleep_for(std::chrono::milliseconds(wait.pauseMs));
+    }
+    return kCommError;
+}
+
+} // namespace rq
