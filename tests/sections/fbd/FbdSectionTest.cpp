@@ -50,76 +50,47 @@ private:
 
 // ---- block class catalog ----------------------------------------------------
 
-TEST(FbdClassCatalog, ClassesInOrderWithTheirMemberKindsAndParameters) {
-    struct Row {
-        const char* display;
-        const char* keyword;
-        int members;
-        std::vector<std::string> params;
-    };
-    const std::vector<Row> rows = {
-        {"Arithmetic", "arithm", 4, {"IN1", "IN2", "OUT"}},
-        {"Compare", "compare", 6, {"IN1", "IN2", "OUT"}},
-        {"Type Convert", "convert", 0, {"IN", "OUT"}},
-        {"Linear Convert", "linear", 0, {"IN", "MININ", "MAXIN", "MINOUT", "MAXOUT", "OUT"}},
-        {"Logic", "logic", 4, {"IN1", "IN2", "OUT"}},
-        {"PID",
-         "pid",
-         0,
-         {"SP", "PV", "AV", "MAXOUT", "MINOUT", "MV", "KP", "TI", "TD", "IS", "AM", "PN"}},
-        {"Model", "model", 0, {"IN", "OUT", "KP", "T", "MAXOUT", "MINOUT"}},
-        {"Differential", "diff", 0, {"IN", "OUT"}},
-        {"Integral", "integral", 0, {"IN", "OUT", "SW"}},
-    };
+TEST(FbdClassCatalog, LookupsAgreeForEveryClass) {
     auto classes = FbdClassCatalog::classes();
-    ASSERT_EQ(classes.size(), rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        SCOPED_TRACE(rows[i].keyword);
-        const FbdBlockClass* byDisplay = FbdClassCatalog::findByDisplay(rows[i].display);
-        ASSERT_EQ(byDisplay, &classes[i]);
-        EXPECT_EQ(FbdClassCatalog::findByKeyword(rows[i].keyword), byDisplay);
-        EXPECT_EQ(byDisplay->memberKindCount(), rows[i].members);
-        EXPECT_EQ(byDisplay->hasMemberKinds(), rows[i].members > 0);
-        std::vector<std::string> params;
-        for (int p = 0; p < byDisplay->paramCount(); ++p)
-            params.push_back(FbdClassCatalog::paramName(*byDisplay, p));
-        EXPECT_EQ(params, rows[i].params);
-        EXPECT_EQ(FbdClassCatalog::paramName(*byDisplay, -1), "");
-        EXPECT_EQ(FbdClassCatalog::paramName(*byDisplay, byDisplay->paramCount()), "");
+    ASSERT_EQ(classes.size(), 9u);
+    std::string keywords;
+    for (const FbdBlockClass& c : classes) {
+        SCOPED_TRACE(c.keyword);
+        keywords += std::string(c.keyword) + " ";
+        EXPECT_EQ(FbdClassCatalog::findByDisplay(c.display), &c);
+        EXPECT_EQ(FbdClassCatalog::findByKeyword(c.keyword), &c);
+        EXPECT_EQ(FbdClassCatalog::paramName(c, -1), "");
+        EXPECT_EQ(FbdClassCatalog::paramName(c, c.paramCount()), "");
+        EXPECT_EQ(FbdClassCatalog::memberKeywordAt(c, c.memberKindCount()), "");
+        for (int i = 0; i < c.memberKindCount(); ++i) {
+            std::string key = FbdClassCatalog::memberKeywordAt(c, i);
+            EXPECT_EQ(FbdClassCatalog::memberKeyword(c, FbdClassCatalog::memberDisplayAt(c, i)),
+                      key);
+            EXPECT_EQ(FbdClassCatalog::memberIndexOfKeyword(c, key), i);
+        }
     }
-    EXPECT_EQ(FbdClassCatalog::findByDisplay("arithm"), nullptr);
-    EXPECT_EQ(FbdClassCatalog::findByKeyword("Arithmetic"), nullptr);
+    EXPECT_EQ(keywords, "arithm compare convert linear logic pid model diff integral ");
     EXPECT_EQ(FbdClassCatalog::findByKeyword("PID"), nullptr); // case-sensitive
-}
+    EXPECT_EQ(FbdClassCatalog::findByDisplay("pid"), nullptr);
 
-TEST(FbdClassCatalog, MemberKindLookups) {
-    struct Row {
-        const char* cls;
-        const char* display;
-        const char* keyword;
-        int position;
-    };
-    const Row rows[] = {
-        {"arithm", "Add", "Arithm_Add", 0},        {"arithm", "Subtract", "Arithm_Sub", 1},
-        {"arithm", "Divide", "Arithm_Div", 3},     {"compare", ">", "Compare_More", 0},
-        {"compare", ">=", "Compare_More_E", 1},    {"compare", "<=", "Compare_Less_E", 3},
-        {"compare", "!=", "Compare_Not_Equal", 5}, {"logic", "Xor", "Logic_Xor", 2},
-        {"logic", "Not", "Logic_Not", 3},
-    };
-    for (const Row& r : rows) {
-        SCOPED_TRACE(r.keyword);
-        const FbdBlockClass& c = *FbdClassCatalog::findByKeyword(r.cls);
-        EXPECT_EQ(FbdClassCatalog::memberKeyword(c, r.display), r.keyword);
-        EXPECT_EQ(FbdClassCatalog::memberKeywordAt(c, r.position), r.keyword);
-        EXPECT_EQ(FbdClassCatalog::memberDisplayAt(c, r.position), r.display);
-        EXPECT_EQ(FbdClassCatalog::memberIndexOfKeyword(c, r.keyword), r.position);
-    }
-    const FbdBlockClass& logic = *FbdClassCatalog::findByKeyword("logic");
-    EXPECT_EQ(FbdClassCatalog::memberKeyword(logic, "Add"), "");
-    EXPECT_EQ(FbdClassCatalog::memberKeywordAt(logic, 4), "");
-    EXPECT_EQ(FbdClassCatalog::memberIndexOfKeyword(logic, "Arithm_Add"), -1);
     const FbdBlockClass& pid = *FbdClassCatalog::findByKeyword("pid");
-    EXPECT_EQ(FbdClassCatalog::memberKeywordAt(pid, 0), "");
+    std::string params;
+    for (int i = 0; i < pid.paramCount(); ++i)
+        params += FbdClassCatalog::paramName(pid, i) + " ";
+    EXPECT_EQ(params, "SP PV AV MAXOUT MINOUT MV KP TI TD IS AM PN ");
+    EXPECT_FALSE(pid.hasMemberKinds());
+
+    const FbdBlockClass& arithm = *FbdClassCatalog::findByDisplay("Arithmetic");
+    const FbdBlockClass& compare = *FbdClassCatalog::findByDisplay("Compare");
+    const FbdBlockClass& logic = *FbdClassCatalog::findByDisplay("Logic");
+    EXPECT_EQ(arithm.memberKindCount(), 4);
+    EXPECT_EQ(compare.memberKindCount(), 6);
+    EXPECT_EQ(logic.memberKindCount(), 4);
+    EXPECT_EQ(FbdClassCatalog::memberKeyword(arithm, "Subtract"), "Arithm_Sub");
+    EXPECT_EQ(FbdClassCatalog::memberKeyword(compare, ">="), "Compare_More_E");
+    EXPECT_EQ(FbdClassCatalog::memberKeyword(compare, "!="), "Compare_Not_Equal");
+    EXPECT_EQ(FbdClassCatalog::memberKeyword(logic, "Add"), "");
+    EXPECT_EQ(FbdClassCatalog::memberIndexOfKeyword(logic, "Arithm_Add"), -1);
 }
 
 // ---- writer -------------------------------------------------------------------
