@@ -22,7 +22,8 @@ class HistoryReader {
 public:
     explicit HistoryReader(std::vector<HistoryRecord>& records) : records_(records) {}
 
-    void root(const xmlNode* root) {
+    // The root, rqhistory or history.
+    void rqhistory(const xmlNode* root) {
         for (const xmlNode* n = root->children; n; n = n->next) {
             if (isElement(n, "historydb"))
                 historydb(n);
@@ -116,7 +117,7 @@ bool HistorySection::read(const std::string& path, ReadContext& ctx) {
         ctx.error = std::string("the root element is ") + rootName + ", not rqhistory or history";
         return false;
     }
-    HistoryReader(records_).root(doc.root());
+    HistoryReader(records_).rqhistory(doc.root());
     return true;
 }
 
