@@ -34,6 +34,9 @@ void DataLogSection::check(CheckContext& ctx) const {
         ctx.rawValue(where + "period_var", log.period_var);
         ctx.rawValue(where + "control_var", log.control_var);
         ctx.rawValue(where + "size", log.size);
+        // The control variable is picked through the browse dialog as "DB.DATA"; the
+        // period variable is typed and not looked up.
+        ctx.joinedReference(where + "control_var", log.control_var);
         if (!names.insert(log.name).second)
             ctx.finding("datalog.xml: duplicate log \"" + log.name + "\"");
         if (log.kind == DataLogKind::Database) {

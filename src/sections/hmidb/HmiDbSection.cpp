@@ -64,8 +64,8 @@ std::vector<std::pair<std::string, std::size_t>> HmiDbSection::counts() const {
     countGroup(io, ioCount);
     countGroup(memory, memoryCount);
     return {{"groups", ioCount.groups + memoryCount.groups},
-            {"io data", ioCount.items},
-            {"memory data", memoryCount.items}};
+            {"io_data", ioCount.items},
+            {"memory_data", memoryCount.items}};
 }
 
 void HmiDbSection::check(CheckContext& ctx) const {

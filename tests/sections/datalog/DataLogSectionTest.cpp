@@ -179,9 +179,12 @@ TEST(DataLogCheck, ReportsDuplicateLogsAndVariablesUnknownDataAndRawSpecials) {
     DataLogSection s;
     s.logs.push_back(variablesLog("a", {{"plant", "t1"}, {"plant", "t1"}, {"plant", "gone"}}));
     s.logs.push_back(variablesLog("b", {{"plant", "t1"}})); // same data in another log is fine
+    s.logs.back().control_var = "plant.t1";
+    s.logs.back().period_var = "anything"; // typed, not looked up
     s.logs.push_back(databaseLog("a", "plant"));
     DataLog odd = databaseLog("c", "x&y");
     odd.period = "1000\"";
+    odd.control_var = "plant.off";
     s.logs.push_back(odd);
     FakeCheck ctx;
     ctx.known = {{"plant", "t1"}};
@@ -191,6 +194,7 @@ TEST(DataLogCheck, ReportsDuplicateLogsAndVariablesUnknownDataAndRawSpecials) {
         "datalog.xml: log \"a\" data \"plant.gone\": no database holds the real-time data",
         "datalog.xml: duplicate log \"a\"",
         "datalog.xml: log \"c\" period: ",
+        "datalog.xml: log \"c\" control_var: no database holds the real-time data \"plant.off\"",
         "datalog.xml: log \"c\" dbname: ",
     };
     ASSERT_EQ(ctx.findings().size(), prefixes.size());

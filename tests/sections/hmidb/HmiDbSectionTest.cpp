@@ -129,7 +129,7 @@ TEST(HmiDbSection, CountsNestedGroupsAndItemsOfBothKinds) {
     s.memory.groups.push_back({"m", {}, {{"m", "int", "4", "0"}}});
     s.memory.items.push_back({"n", "int", "4", "0"});
     using Counts = std::vector<std::pair<std::string, std::size_t>>;
-    EXPECT_EQ(s.counts(), (Counts{{"groups", 4}, {"io data", 5}, {"memory data", 2}}));
+    EXPECT_EQ(s.counts(), (Counts{{"groups", 4}, {"io_data", 5}, {"memory_data", 2}}));
 }
 
 // ---- reader
