@@ -13,6 +13,10 @@
 // calls it too); stop() takes about 800 ms of pauses that let the threads see the
 // flag and drain. A derived class that overrides the events calls Stop() in its
 // own destructor, while its members still exist.
+//
+// The events run on the runner's threads, and Stop() waits for those threads: an
+// event must not wait for the thread that calls Stop() (a dialog forwards events
+// to its own thread without blocking, e.g. as queued messages).
 
 #include <atomic>
 #include <condition_variable>
