@@ -1,5 +1,7 @@
 #include "sections/hmidb/HmiDbSection.h"
 
+#include "core/DataTypes.h"
+
 namespace rq {
 
 namespace {
@@ -36,12 +38,15 @@ void checkItem(CheckContext& ctx, const HmiIoItem& item) {
 void checkItem(CheckContext& ctx, const HmiMemoryItem& item) {
     ctx.rawValue(where("data", item.name, "name"), item.name);
     ctx.rawValue(where("data", item.name, "type"), item.type);
+    if (DataTypeTable::indexOfKeyword(item.type) < 0)
+        ctx.finding(where("data", item.name, "type") + ": \"" + item.type +
+                    "\" is not a data type keyword");
     ctx.rawValue(where("data", item.name, "length"), item.length);
     ctx.rawValue(where("data", item.name, "init"), item.init);
 }
 
-// Names may repeat anywhere in this section, so only the written values and the
-// references are looked at.
+// Names may repeat anywhere in this section, so only the written values, the
+// references and the type keywords are looked at.
 template <class Item> void checkGroup(CheckContext& ctx, const HmiDataGroup<Item>& group) {
     for (const auto& sub : group.groups) {
         ctx.rawValue(where("datagroup", sub.name, "name"), sub.name);

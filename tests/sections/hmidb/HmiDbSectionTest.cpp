@@ -100,7 +100,7 @@ TEST(HmiDbSection, NewSectionWritesTheTwoFixedGroupsOnly) {
 TEST(HmiDbSection, ClearDropsContentAndKeepsFixedGroups) {
     HmiDbSection s;
     s.io.groups.push_back({"g", {{"deep", {}, {{"x", "db", "d", 1}}}}, {}});
-    s.memory.items.push_back({"m", "int", "4", "0"});
+    s.memory.items.push_back({"m", "long", "4", "0"});
     s.io.name = "renamed";
     s.clear();
     EXPECT_EQ(written(s), kEmptyFile);
@@ -126,8 +126,8 @@ TEST(HmiDbSection, CountsNestedGroupsAndItemsOfBothKinds) {
     HmiDbSection s;
     HmiIoGroup inner{"inner", {}, {{"x", "db", "d", 1}, {"y", "db", "d", 1}}};
     s.io.groups.push_back({"outer", {inner, inner}, {{"z", "db", "d", 1}}});
-    s.memory.groups.push_back({"m", {}, {{"m", "int", "4", "0"}}});
-    s.memory.items.push_back({"n", "int", "4", "0"});
+    s.memory.groups.push_back({"m", {}, {{"m", "long", "4", "0"}}});
+    s.memory.items.push_back({"n", "long", "4", "0"});
     using Counts = std::vector<std::pair<std::string, std::size_t>>;
     EXPECT_EQ(s.counts(), (Counts{{"groups", 4}, {"io_data", 5}, {"memory_data", 2}}));
 }
@@ -222,7 +222,8 @@ TEST(HmiDbCheck, ReportsRawSpecialsAndUnknownReferencesButNotDuplicateNames) {
     s.io.items.push_back({"unbound", "", "", 500});     // no reference at all
     s.io.groups.push_back({"a<b", {}, {{"lost", "plant", "nothere", 500}}});
     s.memory.groups.push_back({"g", {}, {{"m", "string", "4", "say \"hi\""}}});
-    s.memory.items.push_back({"x&y", "int", "4", "0"});
+    s.memory.items.push_back({"x&y", "long", "4", "0"});
+    s.memory.items.push_back({"t", "Long", "4", "0"}); // keywords are exact
     FakeCheck ctx;
     ctx.known.insert({"plant", "temp"});
     s.check(ctx);
@@ -231,6 +232,7 @@ TEST(HmiDbCheck, ReportsRawSpecialsAndUnknownReferencesButNotDuplicateNames) {
         "hmidb.xml: data \"lost\": no database holds the real-time data \"plant.nothere\"",
         "hmidb.xml: data \"m\" init: ",
         "hmidb.xml: data \"x&y\" name: ",
+        "hmidb.xml: data \"t\" type: \"Long\" is not a data type keyword",
     };
     ASSERT_EQ(ctx.findings().size(), prefixes.size());
     for (std::size_t i = 0; i < prefixes.size(); ++i)
