@@ -178,6 +178,11 @@ void DataNode::setName(std::string name) {
     name_ = std::move(name);
 }
 
+void DataNode::reserveNames(std::size_t count) {
+    if (names_)
+        names_->reserve(count);
+}
+
 void DataNode::addItem(DataItem item) {
     if (RtdbNameIndex* idx = index())
         idx->addItem(item);

@@ -72,6 +72,7 @@ public:
     void addGroup(const std::string& name);
     void removeGroup(const std::string& name);
     void clear() { map_.clear(); }
+    void reserve(std::size_t count) { map_.reserve(count); }
 
 private:
     struct Hash {
@@ -149,6 +150,8 @@ public:
     // number removed.
     std::size_t removeItemsNamed(const std::vector<std::string>& names);
     void reserveItems(std::size_t count) { items_.reserve(count); }
+    // Database only: sizes the namespace index for that many names.
+    void reserveNames(std::size_t count);
 
 private:
     DataNode(RtdbNodeKind kind, DataNode* parent, std::string name);

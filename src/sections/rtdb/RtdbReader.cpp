@@ -1,16 +1,68 @@
 // Reading rtdb.xml: one function per element; elements of other names are skipped
-// in children().
+// in children(). A project may hold hundreds of thousands of data items, so each
+// element's attributes are taken in one walk over its attribute list (the values
+// are those ReadAttrText gives, without its per-attribute search and copy), and
+// lists and the namespace index are sized before they are filled.
 
 #include "core/DataTypes.h"
 #include "core/Xml.h"
 #include "sections/rtdb/RtdbSection.h"
 
+#include <cstring>
 #include <string>
 #include <unordered_set>
 
 namespace rq {
 
 namespace {
+
+// The value of one attribute node, as xmlGetProp would give it.
+std::string attrValue(const xmlAttr* attr) {
+    const xmlNode* text = attr->children;
+    if (!text)
+        return {};
+    if (text->type == XML_TEXT_NODE && !text->next && text->content)
+        return reinterpret_cast<const char*>(text->content);
+    xmlChar* v = xmlNodeListGetString(attr->doc, attr->children, 1);
+    if (!v)
+        return {};
+    std::string out(reinterpret_cast<const char*>(v));
+    xmlFree(v);
+    return out;
+}
+
+// Fills the named fields from the element's attributes without a namespace; the
+// names not present stay empty.
+template <std::size_t N>
+void readAttrs(const xmlNode* element, const char* const (&names)[N], std::string* (&&out)[N]) {
+    for (const xmlAttr* a = element->properties; a; a = a->next) {
+        if (a->ns || !a->name)
+            continue;
+        const char* name = reinterpret_cast<const char*>(a->name);
+        for (std::size_t i = 0; i < N; ++i) {
+            if (std::strcmp(name, names[i]) == 0) {
+                *out[i] = attrValue(a);
+                break;
+            }
+        }
+    }
+}
+
+// Element children of a database or group, for sizing lists before reading.
+std::size_t countItems(const xmlNode* element) {
+    std::size_t n = 0;
+    for (const xmlNode* c = element->children; c; c = c->next)
+        n += isElement(c, "data") || isElement(c, "datalias");
+    return n;
+}
+
+std::size_t countSubtree(const xmlNode* element) {
+    std::size_t n = 0;
+    for (const xmlNode* c = element->children; c; c = c->next)
+        if (c->type == XML_ELEMENT_NODE)
+            n += 1 + countSubtree(c);
+    return n;
+}
 
 constexpr const char* kDatabaseExists = "The database already exist!";
 constexpr const char* kGroupExists = "The data group already exist!";
@@ -37,11 +89,13 @@ private:
         std::string sync = ReadAttrText(element, "sync");
         bool synced = sync.empty() || parseDecimal(sync) != 0;
         DataNode& db = root_.addDatabase(std::move(name), synced);
+        db.reserveNames(countSubtree(element));
         children(element, db);
     }
 
     // The content of a database or a data group.
     void children(const xmlNode* element, DataNode& node) {
+        node.reserveItems(countItems(element));
         for (const xmlNode* n = element->children; n; n = n->next) {
             if (isElement(n, "datagroup"))
                 datagroup(n, node);
@@ -65,28 +119,29 @@ private:
     }
 
     void data(const xmlNode* element, DataNode& node) {
-        std::string name = ReadAttrText(element, "name");
-        std::string type = ReadAttrText(element, "type");
-        if (name.empty() || type.empty())
+        static constexpr const char* kNames[] = {"name", "type", "length", "init", "description"};
+        DataItem item;
+        readAttrs(element, kNames,
+                  {&item.name, &item.type, &item.length, &item.init, &item.description});
+        if (item.name.empty() || item.type.empty())
             return;
-        std::string length = ReadAttrText(element, "length");
-        if (length.empty()) {
-            int size = DataTypeTable::sizeOfKeyword(type);
+        if (item.length.empty()) {
+            int size = DataTypeTable::sizeOfKeyword(item.type);
             if (size < 1)
                 return;
-            length = std::to_string(size);
+            item.length = std::to_string(size);
         }
-        node.addItem(DataItem::makeData(std::move(name), std::move(type), std::move(length),
-                                        ReadAttrText(element, "init"),
-                                        ReadAttrText(element, "description")));
+        node.addItem(std::move(item));
     }
 
     void datalias(const xmlNode* element, DataNode& node) {
-        std::string alias = ReadAttrText(element, "aliasname");
-        std::string target = ReadAttrText(element, "name");
-        if (alias.empty() || target.empty())
+        static constexpr const char* kNames[] = {"aliasname", "name"};
+        DataItem item;
+        item.kind = DataItemKind::Alias;
+        readAttrs(element, kNames, {&item.name, &item.target});
+        if (item.name.empty() || item.target.empty())
             return;
-        node.addItem(DataItem::makeAlias(std::move(alias), std::move(target)));
+        node.addItem(std::move(item));
     }
 
     DataNode& root_;
