@@ -106,6 +106,26 @@ TEST(ParamReader, KeepsAVeryLongValueWhole) {
     EXPECT_EQ(again.items[0].value, longValue);
 }
 
+// Beyond what the parser accepts in one value, the read fails as a whole: never a
+// cut value, never a half-filled list.
+TEST(ParamReader, AValueBeyondTheParsersLimitIsWholeOrFailsWithAReason) {
+    ParamSection s;
+    const std::string hugeValue(11'000'000, 'h');
+    s.items.push_back({"db", "first", "1"});
+    s.items.push_back({"db", "huge", hugeValue});
+    rqtest::TempDir dir;
+    rqtest::writeFile(dir.file("param.xml"), written(s));
+    ParamSection again;
+    std::string error;
+    if (readFile(again, dir.file("param.xml"), &error)) {
+        ASSERT_EQ(again.items.size(), 2u);
+        EXPECT_EQ(again.items[1].value, hugeValue);
+    } else {
+        EXPECT_FALSE(error.empty());
+        EXPECT_TRUE(again.items.empty());
+    }
+}
+
 TEST(ParamReader, BadFilesFailCleanly) {
     struct Bad {
         const char* what;
