@@ -133,6 +133,22 @@ TEST(RtdbReader, LongValuesAndDeviceCodePageRoundTrip) {
     EXPECT_EQ(back.database(0).name(), "温度");
 }
 
+TEST(RtdbReader, ReferencesInValuesAreDecodedAndWrittenRaw) {
+    const std::string file =
+        "<rtdbs><rtdb name=\"a&amp;b\"><data name=\"x\" type=\"char\" "
+        "description=\"1 &lt; 2 &#x41;&#20013; &quot;q&quot;\" init=\"&apos;\"/>"
+        "<datalias aliasname=\"y&#38;\" name=\"x\"/></rtdb></rtdbs>";
+    rqtest::RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    RtdbSection s;
+    ASSERT_TRUE(s.readMemory(file, "rtdb.xml", ctx)) << ctx.error;
+    ASSERT_EQ(s.databaseCount(), 1u);
+    EXPECT_EQ(s.database(0).name(), "a&b");
+    EXPECT_EQ(s.database(0).item(0), DataItem::makeData("x", "char", "1", "'", "1 < 2 A中 \"q\""));
+    EXPECT_EQ(s.database(0).item(1), DataItem::makeAlias("y&", "x"));
+    EXPECT_NE(written(s).find("<rtdb name=\"a&b\" sync=\"1\" >"), std::string::npos);
+}
+
 TEST(RtdbSection, CountsAndHasData) {
     rqtest::RecordingSink sink;
     rq::ReadContext ctx{sink, nullptr, nullptr, {}};
