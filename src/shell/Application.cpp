@@ -1,0 +1,119 @@
+#include "shell/Application.h"
+
+#include "core/Catalogs.h"
+#include "core/FileUtil.h"
+#include "shell/MainWindow.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QLinearGradient>
+#include <QLocalSocket>
+#include <QPainter>
+#include <QSplashScreen>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace rqshell {
+
+SingleInstance::SingleInstance(QString name) : name_(std::move(name)) {
+    connect(&server_, &QLocalServer::newConnection, this, [this] {
+        while (QLocalSocket* s = server_.nextPendingConnection()) {
+            connect(s, &QLocalSocket::readyRead, this, [this, s] {
+                if (s->readAll().contains("activate"))
+                    Q_EMIT activateRequested();
+                s->write("ok\n");
+                s->disconnectFromServer();
+            });
+            connect(s, &QLocalSocket::disconnected, s, &QObject::deleteLater);
+        }
+    });
+}
+
+bool SingleInstance::claim() {
+    {
+        QLocalSocket probe;
+        probe.connectToServer(name_);
+        if (probe.waitForConnected(1000)) {
+            probe.write("activate\n");
+            probe.waitForBytesWritten(1000);
+            probe.waitForReadyRead(2000);
+            return false;
+        }
+    }
+    // Nobody answers: a name left by a start that ended abnormally is removed.
+    QLocalServer::removeServer(name_);
+    server_.setSocketOptions(QLocalServer::UserAccessOption);
+    if (!server_.listen(name_))
+        std::fprintf(stderr, "rqpdev: cannot listen on %s: %s\n", qPrintable(name_),
+                     qPrintable(server_.errorString()));
+    return true;
+}
+
+QPixmap splashPixmap() {
+    // 263 x 174 dialog units at the usual 1.5 pixels per unit.
+    QPixmap pm(395, 283);
+    QPainter p(&pm);
+    QLinearGradient g(0, 0, 0, pm.height());
+    g.setColorAt(0, QColor(30, 60, 140));
+    g.setColorAt(1, QColor(10, 20, 60));
+    p.fillRect(pm.rect(), g);
+    p.setPen(Qt::white);
+    QFont title("Sans", 30, QFont::Bold);
+    p.setFont(title);
+    p.drawText(QRect(0, 70, pm.width(), 60), Qt::AlignCenter, "RQPDev");
+    p.setFont(QFont("Sans", 11));
+    p.drawText(QRect(0, 135, pm.width(), 30), Qt::AlignCenter,
+               "HMI and soft-controller engineering tool");
+    p.setPen(QColor(160, 180, 230));
+    p.drawRect(pm.rect().adjusted(0, 0, -1, -1));
+    return pm;
+}
+
+int runApplication(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName("Tessarine");
+    QApplication::setApplicationName("RQPDev");
+    QStringList args = QApplication::arguments().mid(1);
+    const bool noSplash = args.removeAll("--no-splash") > 0;
+
+    // 1. One instance per user.
+    SingleInstance instance;
+    if (!instance.claim())
+        return 0;
+
+    // 2. Sockets need no start-up call on this platform.
+    // 3. Settings live under "Tessarine" (QSettings in CMainFrame).
+    // 4. The catalogs beside the program; a missing file leaves its catalog empty.
+    rq::Catalogs catalogs;
+    const std::string programDir = rq::programDirectory();
+    catalogs.loadFrom(programDir);
+
+    // Splash for 1000 ms before the main window exists.
+    std::unique_ptr<QSplashScreen> splash;
+    if (!noSplash) {
+        splash = std::make_unique<QSplashScreen>(splashPixmap());
+        splash->show();
+        QEventLoop wait;
+        QTimer::singleShot(1000, &wait, &QEventLoop::quit);
+        wait.exec();
+    }
+
+    // 5. The main window; a directory argument opens that project.
+    CMainFrame frame(catalogs, programDir);
+    QObject::connect(&instance, &SingleInstance::activateRequested, &frame, [&frame] {
+        frame.setWindowState((frame.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+        frame.show();
+        frame.raise();
+        frame.activateWindow();
+    });
+    frame.restoreLayout();
+    if (!args.isEmpty())
+        frame.openProjectDirectory(args.first());
+    frame.showMaximized();
+    if (splash)
+        splash->finish(&frame);
+    return app.exec();
+}
+
+} // namespace rqshell

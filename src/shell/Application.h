@@ -1,0 +1,35 @@
+#pragma once
+// Start-up of rqpdev: single instance, settings, catalogs, splash, main window.
+
+#include <QLocalServer>
+#include <QObject>
+#include <QPixmap>
+
+namespace rqshell {
+
+// One running rqpdev per user: the first start listens on the local socket
+// "RQPDev_Main"; a later start asks it to raise its window and ends.
+class SingleInstance : public QObject {
+    Q_OBJECT
+public:
+    static constexpr const char* kName = "RQPDev_Main";
+    explicit SingleInstance(QString name = QString::fromLatin1(kName));
+    // True when this start goes on; false when a running instance took the request
+    // to come to the front. A name that exists but answers nobody is removed.
+    bool claim();
+
+Q_SIGNALS:
+    void activateRequested();
+
+private:
+    QString name_;
+    QLocalServer server_;
+};
+
+// The splash bitmap.
+QPixmap splashPixmap();
+
+// rqpdev [--no-splash] [PROJECT_DIRECTORY]
+int runApplication(int argc, char** argv);
+
+} // namespace rqshell

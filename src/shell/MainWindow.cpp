@@ -1,0 +1,538 @@
+#include "shell/MainWindow.h"
+
+#include "sections/rtdb/ui/RtdbTreeSection.h"
+#include "shell/ListView.h"
+#include "shell/ProjectDialogs.h"
+#include "shell/ProjectTree.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QStyle>
+#include <QToolBar>
+
+namespace rqshell {
+
+namespace {
+
+QString qs(const std::string& s) {
+    return QString::fromUtf8(s.data(), qsizetype(s.size()));
+}
+
+constexpr int kRecentCount = 4;
+constexpr int kFirstRecent = rq::cmd::kRecentFile; // 57616 .. 57619
+
+// The handler of a fixed node whose section editor is not part of this program:
+// its menus are shown with every section command disabled, its list stays empty.
+class PendingSectionHandler : public TreeNodeHandler {
+public:
+    PendingSectionHandler(CRQPDevView& view, int menu, int listMenu)
+        : view_(view), menu_(menu), listMenu_(listMenu) {}
+    int GetMenuId() const override { return menu_; }
+    int GetListMenuId() const override { return listMenu_; }
+    void OnSelect(QTreeWidgetItem*) override { view_.showEmpty(); }
+
+private:
+    CRQPDevView& view_;
+    int menu_;
+    int listMenu_;
+};
+
+bool isProgramCommand(int c) {
+    switch (c) {
+    case rq::cmd::kNew:
+    case rq::cmd::kOpen:
+    case rq::cmd::kSave:
+    case rq::cmd::kProperty:
+    case rq::cmd::kQuit:
+    case rq::cmd::kViewToolbar:
+    case rq::cmd::kViewStatusBar:
+    case rq::cmd::kViewProjectManager:
+    case rq::cmd::kViewMenuBar:
+    case rq::cmd::kOfflineSimulation:
+    case rq::cmd::kOnlineSimulation:
+    case rq::cmd::kAbout:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq::MessageSink* sink,
+                       rq::ProgramLauncher* launcher)
+    : catalogs_(catalogs), programDir_(std::move(programDir)), qtSink_(this),
+      sink_(sink ? sink : &qtSink_), launcher_(launcher ? launcher : &detached_),
+      project_(std::make_unique<rq::Project>(catalogs, *sink_)),
+      flows_(std::make_unique<rq::ProjectFlows>(project_->doc, *this, *launcher_, programDir_)),
+      settings_(QStringLiteral("Tessarine"), QStringLiteral("RQPDev")) {
+    setObjectName("CMainFrame");
+    setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowTabbedDocks);
+    createTree();
+    createMenus();
+    createToolBar();
+    createStatusBar();
+
+    ShellContext ctx{*tree_, *view_, *sink_, this, [this] { markModified(); }};
+    auto rtdb = std::make_unique<RtdbTreeSection>(project_->rtdb, ctx);
+    rtdb_ = rtdb.get();
+    registerSection(std::move(rtdb));
+
+    struct Pending {
+        FixedNode node;
+        int menu;
+        int listMenu;
+    };
+    const Pending pending[] = {
+        {FixedNode::WindowDatabase, menuid::kHmiDbTree, menuid::kHmiDbList},
+        {FixedNode::Windows, 0, menuid::kWindowsList},
+        {FixedNode::FunctionBlock, menuid::kFbdTree, 0},
+        {FixedNode::RealtimeRecord, menuid::kDataLogTree, menuid::kDataLogList},
+        {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
+        {FixedNode::Alarm, menuid::kAlarmTree, 0},
+        {FixedNode::Redundant, menuid::kRedundancyTree, 0},
+        {FixedNode::Device, menuid::kDeviceTree, menuid::kDeviceList},
+        {FixedNode::Module, 0, menuid::kModulesList},
+    };
+    for (const Pending& p : pending) {
+        pendingHandlers_.push_back(
+            std::make_unique<PendingSectionHandler>(*view_, p.menu, p.listMenu));
+        CPrjTree::setHandler(tree_->fixedNode(p.node), pendingHandlers_.back().get());
+    }
+    tree_->expandEverything();
+    updateTitle();
+    updateCommandStates();
+}
+
+CMainFrame::~CMainFrame() {
+    // The tree's items and the list's model point at handlers and records owned
+    // here: let go of them first.
+    view_->showEmpty();
+    delete treeBar_;
+    treeBar_ = nullptr;
+    tree_ = nullptr;
+}
+
+void CMainFrame::registerSection(std::unique_ptr<ShellSection> section) {
+    sections_.push_back(std::move(section));
+    updateCommandStates();
+}
+
+ShellSection* CMainFrame::sectionFor(rq::SectionObject object) const {
+    for (const auto& s : sections_)
+        if (s->object() == object)
+            return s.get();
+    return nullptr;
+}
+
+void CMainFrame::createTree() {
+    view_ = new CRQPDevView(this);
+    setCentralWidget(view_);
+    treeBar_ = new QDockWidget(QStringLiteral("project manager"), this);
+    treeBar_->setObjectName("CPrjTreeBar");
+    treeBar_->setAllowedAreas(Qt::AllDockWidgetAreas);
+    tree_ = new CPrjTree(treeBar_);
+    treeBar_->setWidget(tree_);
+    addDockWidget(Qt::LeftDockWidgetArea, treeBar_);
+
+    connect(tree_, &CPrjTree::contextMenuWanted, this, &CMainFrame::showContextMenu);
+    connect(tree_, &CPrjTree::ladderActivated, this, [this] { flows_->launchLadder(); });
+    connect(tree_, &CPrjTree::emptySelection, this, [this] { view_->showEmpty(); });
+    connect(view_, &CRQPDevView::rightClicked, this, &CMainFrame::onListRightClick);
+    connect(view_, &CRQPDevView::rowDoubleClicked, this, [this] {
+        if (TreeNodeHandler* h = tree_->selectedHandler())
+            h->OnListDoubleClick(tree_->currentItem());
+    });
+}
+
+QAction* CMainFrame::makeAction(const MenuEntry& entry, QObject* owner) {
+    const int command = entry.command;
+    std::string text = entry.text;
+    std::string key;
+    if (auto tab = text.find('\t'); tab != std::string::npos) {
+        key = text.substr(tab + 1);
+        text = text.substr(0, tab);
+    }
+    auto* a = new QAction(qs(text), owner);
+    a->setData(command);
+    if (!key.empty())
+        a->setShortcut(QKeySequence(qs(key)));
+    CommandPrompt prompt = commandPrompt(command);
+    if (!prompt.status.empty())
+        a->setStatusTip(qs(prompt.status));
+    if (!prompt.tip.empty())
+        a->setToolTip(qs(prompt.tip));
+    if (command == rq::cmd::kViewToolbar || command == rq::cmd::kViewStatusBar ||
+        command == rq::cmd::kViewProjectManager || command == rq::cmd::kViewMenuBar)
+        a->setCheckable(true);
+    connect(a, &QAction::triggered, this, [this, command] { runCommand(command); });
+    return a;
+}
+
+void CMainFrame::fillMenu(QMenu* menu, const std::vector<MenuEntry>& entries, bool mainMenu) {
+    for (const MenuEntry& e : entries) {
+        if (e.isSeparator()) {
+            menu->addSeparator();
+        } else if (e.isPopup()) {
+            QMenu* sub = menu->addMenu(qs(e.text));
+            fillMenu(sub, e.popup, mainMenu);
+        } else {
+            QAction* a = makeAction(e, menu);
+            menu->addAction(a);
+            if (mainMenu)
+                actions_[e.command] = a;
+            else {
+                a->setEnabled(commandEnabled(e.command));
+                if (a->isCheckable())
+                    a->setChecked(e.command == rq::cmd::kViewToolbar     ? toolBar_->isVisible()
+                                  : e.command == rq::cmd::kViewStatusBar ? statusBar()->isVisible()
+                                  : e.command == rq::cmd::kViewMenuBar   ? menuBar()->isVisible()
+                                                                         : treeBar_->isVisible());
+            }
+        }
+    }
+}
+
+void CMainFrame::createMenus() {
+    QMenuBar* bar = menuBar();
+    for (const MenuEntry& top : mainMenu()) {
+        if (top.isPopup()) {
+            QMenu* menu = bar->addMenu(qs(top.text));
+            fillMenu(menu, top.popup, true);
+            connect(menu, &QMenu::aboutToShow, this, [this] { updateCommandStates(); });
+            if (top.text == "Project(&P)")
+                projectMenu_ = menu;
+        } else {
+            QAction* a = makeAction(top, bar);
+            bar->addAction(a);
+            actions_[top.command] = a;
+        }
+    }
+    recentPlaceholder_ = actions_[rq::cmd::kRecentFile];
+    recentPlaceholder_->setEnabled(false);
+    connect(projectMenu_, &QMenu::aboutToShow, this, [this] { updateRecentMenu(); });
+
+    // F9, F5 and F10 appear in the menu texts themselves; the keys are bound here.
+    const std::pair<int, Qt::Key> keys[] = {{rq::cmd::kCompile, Qt::Key_F9},
+                                            {rq::cmd::kOfflineSimulation, Qt::Key_F5},
+                                            {rq::cmd::kDownloadProject, Qt::Key_F10}};
+    for (auto [command, key] : keys) {
+        auto* a = new QAction(this);
+        a->setData(command);
+        a->setShortcut(QKeySequence(key));
+        a->setShortcutContext(Qt::WindowShortcut);
+        connect(a, &QAction::triggered, this, [this, command = command] { runCommand(command); });
+        addAction(a);
+        keyActions_.push_back(a);
+    }
+}
+
+void CMainFrame::createToolBar() {
+    toolBar_ = addToolBar(QStringLiteral("tool bar"));
+    toolBar_->setObjectName("ToolBar");
+    toolBar_->setIconSize(QSize(16, 16));
+    QStyle* st = style();
+    const std::pair<int, QStyle::StandardPixmap> buttons[] = {
+        {rq::cmd::kNew, QStyle::SP_FileIcon},
+        {rq::cmd::kOpen, QStyle::SP_DialogOpenButton},
+        {rq::cmd::kSave, QStyle::SP_DialogSaveButton},
+        {0, {}},
+        {rq::cmd::kProperty, QStyle::SP_FileDialogDetailedView},
+        {0, {}},
+        {rq::cmd::kCompile, QStyle::SP_BrowserReload},
+        {rq::cmd::kOfflineSimulation, QStyle::SP_MediaPlay},
+        {rq::cmd::kOnlineSimulation, QStyle::SP_MediaSeekForward},
+        {0, {}},
+        {rq::cmd::kDownloadProject, QStyle::SP_ArrowDown},
+        {rq::cmd::kUploadProject, QStyle::SP_ArrowUp},
+        {rq::cmd::kDownloadPackage, QStyle::SP_DriveNetIcon},
+        {rq::cmd::kDownloadStartupImage, QStyle::SP_DesktopIcon},
+        {0, {}},
+        {rq::cmd::kAbout, QStyle::SP_MessageBoxQuestion},
+    };
+    for (auto [command, icon] : buttons) {
+        if (command == 0) {
+            toolBar_->addSeparator();
+            continue;
+        }
+        QAction* a = actions_.at(command);
+        a->setIcon(st->standardIcon(icon));
+        toolBar_->addAction(a);
+    }
+}
+
+void CMainFrame::createStatusBar() {
+    QStatusBar* bar = statusBar();
+    hmiIndicator_ = new QLabel(bar);
+    hmiIndicator_->setToolTip("HMI type of the project");
+    bar->addPermanentWidget(hmiIndicator_);
+    // The lock keys' state is not readable through the toolkit on every platform:
+    // their indicators are shown inactive.
+    for (const char* name : {"CAP", "NUM", "SCRL"}) {
+        auto* l = new QLabel(QString::fromLatin1(name), bar);
+        l->setEnabled(false);
+        bar->addPermanentWidget(l);
+    }
+    bar->showMessage("Ready");
+}
+
+bool CMainFrame::commandEnabled(int command) const {
+    if (isProgramCommand(command))
+        return true;
+    if (command >= kFirstRecent && command < kFirstRecent + kRecentCount)
+        return command - kFirstRecent < recentFiles().size();
+    rq::SectionObject object = rq::sectionOfCommand(command);
+    if (object == rq::SectionObject::None || !sectionFor(object))
+        return false;
+    return rq::commandAllowedByHmiType(command, project_->model().hmiType);
+}
+
+QAction* CMainFrame::action(int command) const {
+    auto it = actions_.find(command);
+    return it == actions_.end() ? nullptr : it->second;
+}
+
+void CMainFrame::updateCommandStates() {
+    for (auto& [command, a] : actions_) {
+        if (a == recentPlaceholder_)
+            continue;
+        a->setEnabled(commandEnabled(command));
+    }
+    for (QAction* a : keyActions_)
+        a->setEnabled(commandEnabled(a->data().toInt()));
+    if (toolBar_) {
+        actions_[rq::cmd::kViewToolbar]->setChecked(!toolBar_->isHidden());
+        actions_[rq::cmd::kViewStatusBar]->setChecked(!statusBar()->isHidden());
+        actions_[rq::cmd::kViewProjectManager]->setChecked(!treeBar_->isHidden());
+    }
+}
+
+QStringList CMainFrame::recentFiles() const {
+    QStringList list;
+    for (int i = 1; i <= kRecentCount; ++i) {
+        QString f = settings_.value(QStringLiteral("Recent File List/File%1").arg(i)).toString();
+        if (!f.isEmpty())
+            list << f;
+    }
+    return list;
+}
+
+void CMainFrame::addRecent(const std::string& dir) {
+    QStringList list = recentFiles();
+    QString d = QDir::toNativeSeparators(qs(dir));
+    list.removeAll(d);
+    list.prepend(d);
+    while (list.size() > kRecentCount)
+        list.removeLast();
+    for (int i = 0; i < kRecentCount; ++i)
+        settings_.setValue(QStringLiteral("Recent File List/File%1").arg(i + 1),
+                           i < list.size() ? list[i] : QString());
+}
+
+void CMainFrame::updateRecentMenu() {
+    for (QAction* a : recentActions_)
+        delete a;
+    recentActions_.clear();
+    const QStringList list = recentFiles();
+    recentPlaceholder_->setVisible(list.isEmpty());
+    recentPlaceholder_->setEnabled(false);
+    for (int i = 0; i < list.size(); ++i) {
+        auto* a = new QAction(QStringLiteral("&%1 %2").arg(i + 1).arg(list[i]), projectMenu_);
+        const int command = kFirstRecent + i;
+        a->setData(command);
+        connect(a, &QAction::triggered, this, [this, command] { runCommand(command); });
+        projectMenu_->insertAction(recentPlaceholder_, a);
+        recentActions_.push_back(a);
+    }
+}
+
+QMenu* CMainFrame::buildContextMenu(int menuId, QWidget* parent) {
+    auto* menu = new QMenu(parent);
+    fillMenu(menu, contextMenu(menuId), false);
+    return menu;
+}
+
+void CMainFrame::showContextMenu(int menuId, const QPoint& globalPos) {
+    std::unique_ptr<QMenu> menu(buildContextMenu(menuId, this));
+    if (menu->isEmpty())
+        return;
+    menu->exec(globalPos);
+}
+
+void CMainFrame::onListRightClick(const QPoint& globalPos) {
+    TreeNodeHandler* h = tree_->selectedHandler();
+    int id = h ? h->GetListMenuId() : 0;
+    showContextMenu(id ? id : menuid::kView, globalPos);
+}
+
+void CMainFrame::runCommand(int command) {
+    if (!commandEnabled(command))
+        return;
+    switch (command) {
+    case rq::cmd::kNew:
+        flows_->newProject();
+        break;
+    case rq::cmd::kOpen:
+        flows_->openProject();
+        break;
+    case rq::cmd::kSave:
+        flows_->save();
+        break;
+    case rq::cmd::kProperty:
+        flows_->property();
+        break;
+    case rq::cmd::kQuit:
+        close();
+        return;
+    case rq::cmd::kViewToolbar:
+        toolBar_->setVisible(toolBar_->isHidden());
+        break;
+    case rq::cmd::kViewStatusBar:
+        statusBar()->setVisible(statusBar()->isHidden());
+        break;
+    case rq::cmd::kViewProjectManager:
+        treeBar_->setVisible(treeBar_->isHidden());
+        break;
+    case rq::cmd::kViewMenuBar:
+        menuBar()->setVisible(menuBar()->isHidden());
+        break;
+    case rq::cmd::kOfflineSimulation:
+        flows_->offlineSimulation();
+        break;
+    case rq::cmd::kOnlineSimulation:
+        flows_->onlineSimulation();
+        break;
+    case rq::cmd::kAbout: {
+        CAboutDlg about(this);
+        about.exec();
+        break;
+    }
+    default:
+        if (command >= kFirstRecent && command < kFirstRecent + kRecentCount) {
+            openProjectDirectory(recentFiles().value(command - kFirstRecent));
+        } else if (ShellSection* s = sectionFor(rq::sectionOfCommand(command))) {
+            s->runCommand(command);
+        }
+        break;
+    }
+    updateTitle();
+    updateCommandStates();
+}
+
+bool CMainFrame::openProjectDirectory(const QString& dir) {
+    bool ok = flows_->openDirectory(QDir::fromNativeSeparators(dir).toUtf8().toStdString());
+    updateTitle();
+    updateCommandStates();
+    return ok;
+}
+
+void CMainFrame::markModified() {
+    project_->model().modified = true;
+    updateTitle();
+}
+
+void CMainFrame::updateTitle() {
+    const rq::ProjectModel& m = project_->model();
+    setWindowTitle(QStringLiteral("%1[*] - RQPDev").arg(qs(flows_->documentTitle())));
+    setWindowModified(m.modified);
+    if (hmiIndicator_)
+        hmiIndicator_->setText(m.hmiType ? qs(m.hmiType->display) : QString());
+}
+
+bool CMainFrame::runProjectDialog(rq::ProjectForm& form, rq::ProjectDialogMode mode,
+                                  const std::function<bool(const rq::ProjectForm&)>& accept) {
+    CProjectDialog d(catalogs_.hmi, mode, this);
+    d.setForm(form);
+    d.setAcceptCheck(accept);
+    if (d.exec() != QDialog::Accepted)
+        return false;
+    form = d.form();
+    return true;
+}
+
+std::optional<std::string> CMainFrame::browseFolder(const std::string& title) {
+    QString dir = QFileDialog::getExistingDirectory(this, qs(title));
+    if (dir.isEmpty())
+        return std::nullopt;
+    return dir.toUtf8().toStdString();
+}
+
+void CMainFrame::runOnlineSimulationDialog(
+    rq::OnlineSimulationForm& form,
+    const std::function<bool(const rq::OnlineSimulationForm&)>& run) {
+    COnlineSimulationDialog d(this);
+    d.setForm(form);
+    d.setRun(run);
+    d.exec();
+}
+
+rq::SaveAnswer CMainFrame::askSaveChanges(const std::string& text) {
+    auto answer = QMessageBox::question(this, QApplication::applicationName(), qs(text),
+                                        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+                                        QMessageBox::Yes);
+    if (answer == QMessageBox::Yes)
+        return rq::SaveAnswer::Yes;
+    if (answer == QMessageBox::No)
+        return rq::SaveAnswer::No;
+    return rq::SaveAnswer::Cancel;
+}
+
+void CMainFrame::projectCleared() {
+    {
+        QSignalBlocker block(tree_);
+        tree_->setCurrentItem(nullptr);
+        tree_->clearSelection();
+    }
+    for (const auto& s : sections_)
+        s->clearNodes();
+    view_->showEmpty();
+}
+
+void CMainFrame::projectLoaded() {
+    QSignalBlocker block(tree_);
+    for (const auto& s : sections_)
+        s->rebuildNodes();
+    tree_->setCurrentItem(nullptr);
+    tree_->clearSelection();
+    tree_->expandEverything();
+    view_->showEmpty();
+}
+
+void CMainFrame::restoreLayout() {
+    // First run: menu and tool bar at the top, the project tree on the left (as
+    // created); otherwise the stored layout and placement.
+    const QByteArray geometry = settings_.value("MainFrame/geometry").toByteArray();
+    const QByteArray state = settings_.value("MainFrame/state").toByteArray();
+    if (!geometry.isEmpty())
+        restoreGeometry(geometry);
+    if (!state.isEmpty())
+        restoreState(state);
+    menuBar()->setVisible(settings_.value("MainFrame/menuBar", true).toBool());
+}
+
+void CMainFrame::saveLayout() {
+    settings_.setValue("MainFrame/geometry", saveGeometry());
+    settings_.setValue("MainFrame/state", saveState());
+    settings_.setValue("MainFrame/menuBar", !menuBar()->isHidden());
+    settings_.sync();
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event) {
+    if (!flows_->saveModified()) {
+        event->ignore();
+        updateTitle();
+        return;
+    }
+    saveLayout();
+    event->accept();
+}
+
+} // namespace rqshell

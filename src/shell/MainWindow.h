@@ -1,0 +1,128 @@
+#pragma once
+// The main window (CMainFrame): menu bar, tool bar, status bar, the docked project
+// tree "project manager" and the main list view; the routing of every command by its
+// number; the project flows' dialogs.
+
+#include "core/Catalogs.h"
+#include "core/CommandLine.h"
+#include "project/Project.h"
+#include "project/ProjectFlows.h"
+#include "shell/MenuResources.h"
+#include "shell/QtMessageSink.h"
+#include "shell/ShellSection.h"
+#include "shell/TreeNodeHandler.h"
+
+#include <QMainWindow>
+#include <QSettings>
+#include <map>
+#include <memory>
+#include <vector>
+
+class QDockWidget;
+class QLabel;
+class QMenu;
+class QToolBar;
+
+namespace rqshell {
+
+class CPrjTree;
+class CRQPDevView;
+class RtdbTreeSection;
+
+class CMainFrame : public QMainWindow, public rq::ProjectDialogHost {
+    Q_OBJECT
+public:
+    // `sink` and `launcher` default to message boxes and detached processes;
+    // tests pass recorders.
+    CMainFrame(const rq::Catalogs& catalogs, std::string programDir,
+               rq::MessageSink* sink = nullptr, rq::ProgramLauncher* launcher = nullptr);
+    ~CMainFrame() override;
+
+    rq::Project& project() { return *project_; }
+    rq::ProjectFlows& flows() { return *flows_; }
+    CPrjTree& tree() const { return *tree_; }
+    CRQPDevView& view() const { return *view_; }
+    QDockWidget* treeBar() const { return treeBar_; }
+    QToolBar* toolBar() const { return toolBar_; }
+    RtdbTreeSection& rtdbSection() const { return *rtdb_; }
+
+    // Routes a command number as the menus, the tool bar and the keys do.
+    void runCommand(int command);
+    // Whether a command may run now: commands of sections whose editor is not part of
+    // this program are disabled, and the HMI type gates function blocks and
+    // redundancy.
+    bool commandEnabled(int command) const;
+    // The main menu's action of a command number, null when none.
+    QAction* action(int command) const;
+    // A context menu by resource number, with the enabled state of this moment.
+    QMenu* buildContextMenu(int menuId, QWidget* parent);
+    // Enabled state of the main menu's and tool bar's actions.
+    void updateCommandStates();
+
+    // Adds a section object; its commands become available.
+    void registerSection(std::unique_ptr<ShellSection> section);
+
+    // Opens a project directory (command line, recent list).
+    bool openProjectDirectory(const QString& dir);
+    QStringList recentFiles() const;
+
+    // The bar layout and placement of the last run, or the first-run layout.
+    void restoreLayout();
+
+    // rq::ProjectDialogHost
+    bool runProjectDialog(rq::ProjectForm& form, rq::ProjectDialogMode mode,
+                          const std::function<bool(const rq::ProjectForm&)>& accept) override;
+    std::optional<std::string> browseFolder(const std::string& title) override;
+    void runOnlineSimulationDialog(
+        rq::OnlineSimulationForm& form,
+        const std::function<bool(const rq::OnlineSimulationForm&)>& run) override;
+    rq::SaveAnswer askSaveChanges(const std::string& text) override;
+    void projectCleared() override;
+    void projectLoaded() override;
+    void addRecent(const std::string& dir) override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void createMenus();
+    void createToolBar();
+    void createStatusBar();
+    void createTree();
+    QAction* makeAction(const MenuEntry& entry, QObject* owner);
+    void fillMenu(QMenu* menu, const std::vector<MenuEntry>& entries, bool mainMenu);
+    void updateRecentMenu();
+    void showContextMenu(int menuId, const QPoint& globalPos);
+    void onListRightClick(const QPoint& globalPos);
+    void markModified();
+    void updateTitle();
+    void saveLayout();
+    ShellSection* sectionFor(rq::SectionObject object) const;
+
+    const rq::Catalogs& catalogs_;
+    std::string programDir_;
+    QtMessageSink qtSink_;
+    rq::MessageSink* sink_;
+    rq::DetachedLauncher detached_;
+    rq::ProgramLauncher* launcher_;
+    std::unique_ptr<rq::Project> project_;
+    std::unique_ptr<rq::ProjectFlows> flows_;
+    QSettings settings_;
+
+    CPrjTree* tree_ = nullptr;
+    CRQPDevView* view_ = nullptr;
+    QDockWidget* treeBar_ = nullptr;
+    QToolBar* toolBar_ = nullptr;
+    QMenu* projectMenu_ = nullptr;
+    QAction* recentPlaceholder_ = nullptr;
+    std::vector<QAction*> recentActions_;
+    QLabel* hmiIndicator_ = nullptr;
+    std::map<int, QAction*> actions_;
+
+    std::vector<QAction*> keyActions_; // F5, F9, F10
+    std::vector<std::unique_ptr<ShellSection>> sections_;
+    RtdbTreeSection* rtdb_ = nullptr;
+    std::vector<std::unique_ptr<TreeNodeHandler>> pendingHandlers_;
+};
+
+} // namespace rqshell

@@ -1,0 +1,112 @@
+// Renders the main window on the demo project and every dialog of the workspace to
+// PNG files, for a person to look at. Runs only when RQ_SCREENSHOT_DIR names the
+// output directory (tools/screenshots.sh does so under Xvfb).
+
+#include "sections/rtdb/ui/RtdbBrowseDialog.h"
+#include "sections/rtdb/ui/RtdbDialogs.h"
+#include "sections/rtdb/ui/RtdbTreeSection.h"
+#include "shell/Application.h"
+#include "shell/ListView.h"
+#include "shell/MainWindow.h"
+#include "shell/NodeImages.h"
+#include "shell/ProjectDialogs.h"
+#include "shell/ProjectTree.h"
+
+#include "ShellApp.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QScreen>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Screenshots : ::testing::Test {
+    void SetUp() override {
+        const char* dir = std::getenv("RQ_SCREENSHOT_DIR");
+        if (!dir || !*dir)
+            GTEST_SKIP() << "RQ_SCREENSHOT_DIR not set";
+        out = dir;
+        rqtest::shellApp();
+        catalogs.loadFrom(rqtest::programDir());
+    }
+    void save(QWidget& w, const char* name) {
+        w.show();
+        w.raise();
+        for (int i = 0; i < 5; ++i)
+            QApplication::processEvents();
+        QPixmap pm = w.grab();
+        ASSERT_TRUE(pm.save(QString::fromStdString(out + "/" + name + ".png")));
+        w.hide();
+    }
+    std::string demo() const {
+        const char* src = std::getenv("RQ_SOURCE_DIR");
+        return std::string(src ? src : ".") + "/data/examples/demo";
+    }
+    std::string out;
+    rq::Catalogs catalogs;
+    rq::SilentSink sink;
+};
+
+TEST_F(Screenshots, MainWindowAndDialogs) {
+    rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
+    frame.resize(1100, 700);
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(demo())));
+    rqshell::CPrjTree& tree = frame.tree();
+    QTreeWidgetItem* rt = tree.fixedNode(rqshell::FixedNode::RealtimeDatabase);
+    if (rt->childCount())
+        tree.setCurrentItem(rt->child(0));
+    save(frame, "main-window");
+
+    rqshell::CProjectDialog create(catalogs.hmi, rq::ProjectDialogMode::Create);
+    save(create, "project-dialog-new");
+    rqshell::CProjectDialog prop(catalogs.hmi, rq::ProjectDialogMode::Property);
+    const rq::ProjectModel& m = frame.project().model();
+    prop.setForm({m.name, m.description, m.projectDirectory,
+                  m.hmiType ? std::optional<std::string>(m.hmiType->display) : std::nullopt,
+                  m.slaveIp});
+    save(prop, "project-dialog-property");
+
+    rqshell::COnlineSimulationDialog online;
+    online.setForm({m.slaveIp, 8200, 200, 200});
+    save(online, "online-simulation");
+    rqshell::CAboutDlg about;
+    save(about, "about");
+
+    rqshell::CDatabaseDialog db;
+    db.setForm({"plant", true});
+    save(db, "rtdb-database");
+    rqshell::CDataGroupDialog group;
+    group.setForm({"pumps"});
+    save(group, "rtdb-data-group");
+    rqshell::CDataDialog data(sink, false);
+    rq::DataForm f = rq::newDataForm();
+    f.name = "flow";
+    f.typeIndex = 7;
+    rq::applyTypeSelection(f);
+    f.description = "pump flow";
+    data.setForm(f);
+    save(data, "rtdb-data");
+    rqshell::CDataDialog batch(sink, true);
+    batch.setBatchForm({f, 1, 10});
+    save(batch, "rtdb-batch-data");
+
+    rq::ReadContext ctx{sink, &catalogs.hmi, &catalogs.io, {}};
+    auto system = rq::loadSystemDatabase(rqtest::programDir(), ctx);
+    rqshell::CRtdbBrowseDialog browse(frame.project().rtdb, system.get());
+    if (frame.project().rtdb.databaseCount())
+        browse.selectNode(&frame.project().rtdb.database(0));
+    save(browse, "rtdb-browse");
+
+    QLabel splash;
+    splash.setPixmap(rqshell::splashPixmap());
+    save(splash, "splash");
+
+    // The node image strip, eight times enlarged.
+    QImage strip = rqshell::nodeImageStrip();
+    strip.scaled(strip.width() * 8, strip.height() * 8)
+        .save(QString::fromStdString(out + "/node-images.png"));
+}
+
+} // namespace

@@ -1,0 +1,420 @@
+#include "sections/rtdb/ui/RtdbBrowseDialog.h"
+#include "sections/rtdb/ui/RtdbDialogs.h"
+#include "sections/rtdb/ui/RtdbTreeSection.h"
+#include "shell/ListView.h"
+#include "shell/MainWindow.h"
+#include "shell/ProjectDialogs.h"
+#include "shell/ProjectTree.h"
+
+#include "ShellApp.h"
+#include "support/TestSupport.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTableView>
+#include <QTimer>
+#include <QTreeWidget>
+#include <gtest/gtest.h>
+
+#include <deque>
+
+namespace {
+
+using rqshell::CMainFrame;
+using rqshell::FixedNode;
+
+QApplication& app() {
+    return rqtest::shellApp();
+}
+
+std::string str(const QString& s) {
+    return s.toUtf8().toStdString();
+}
+
+struct Fixture : ::testing::Test {
+    Fixture() {
+        app();
+        catalogs.hmi.LoadHmiDeviceCatalog(rqtest::programDir() + "/hmidevice.xml");
+    }
+    rq::Catalogs catalogs;
+    rqtest::RecordingSink sink;
+    rq::SilentSink silent;
+};
+
+struct MainWindowTest : Fixture {
+    struct NullLauncher : rq::ProgramLauncher {
+        bool launch(const std::string&, const std::string&, std::string*) override { return true; }
+    } launcher;
+    CMainFrame frame{catalogs, rqtest::programDir(), &sink, &launcher};
+
+    // A top-level menu's entries as "text|command|shortcut" lines, separators skipped.
+    std::vector<std::string> entries(const QString& title) {
+        for (QAction* top : frame.menuBar()->actions()) {
+            if (top->text() != title || !top->menu())
+                continue;
+            frame.updateCommandStates();
+            std::vector<std::string> out;
+            for (QAction* a : top->menu()->actions())
+                if (!a->isSeparator())
+                    out.push_back(str(a->text()) + "|" + std::to_string(a->data().toInt()) + "|" +
+                                  str(a->shortcut().toString()) + "|" +
+                                  (a->isEnabled() ? "on" : "off"));
+            return out;
+        }
+        return {"no menu " + str(title)};
+    }
+};
+
+TEST_F(MainWindowTest, MainMenuEntriesCommandsShortcutsAndStates) {
+    std::vector<std::string> tops;
+    for (QAction* a : frame.menuBar()->actions())
+        tops.push_back(str(a->text()));
+    EXPECT_EQ(tops, (std::vector<std::string>{"Project(&P)", "View(&V)", "Tool(&T)",
+                                              "Configuration(&C)", "Help(&H)", "About(&A)..."}));
+    EXPECT_EQ(frame.menuBar()->actions().back()->data().toInt(), 57664);
+
+    EXPECT_EQ(entries("Project(&P)"),
+              (std::vector<std::string>{"New(&N)|57600|Ctrl+N|on", "Open(&O)...|57601|Ctrl+O|on",
+                                        "Save(&S)|57603|Ctrl+S|on", "Property...|32809||on",
+                                        "Recent File|57616||off", "Quit(&X)|57665||on"}));
+    EXPECT_EQ(entries("View(&V)"),
+              (std::vector<std::string>{"Toolbar(&T)|59392||on", "Status Bar(&S)|59393||on",
+                                        "Project Manager|103||on"}));
+    EXPECT_EQ(entries("Tool(&T)"),
+              (std::vector<std::string>{
+                  "Compile...    F9|32823||off", "Offline Simulation       F5|32824||on",
+                  "OnLine Simulation...|32875||on", "Download Project...   F10|32871||off",
+                  "Upload Project...|32872||off", "Download Package...|3||off",
+                  "Download Startup Image...|32873||off",
+                  "HMI Running Condition Monitoring|32915||off"}));
+    EXPECT_EQ(entries("Configuration(&C)"),
+              (std::vector<std::string>{"Alarm Configuration|32856||off",
+                                        "Redundant Configuration|32863||off",
+                                        "Print Configuration|32911||off"}));
+    EXPECT_TRUE(entries("Help(&H)").empty());
+
+    // F5, F9 and F10 are bound to their commands without changing the menu texts.
+    std::map<std::string, int> keys;
+    for (QAction* a : frame.actions())
+        if (!a->shortcut().isEmpty())
+            keys[str(a->shortcut().toString())] = a->data().toInt();
+    EXPECT_EQ(keys, (std::map<std::string, int>{{"F5", 32824}, {"F9", 32823}, {"F10", 32871}}));
+
+    struct Prompt {
+        int command;
+        const char* status;
+        const char* tip;
+    };
+    for (const Prompt& p : {Prompt{32809, "Show project property", "Setting"},
+                            Prompt{3, "Download upgrade package", "Dowload Package"},
+                            Prompt{32873, "Download startup image ", "Download Startup Image"},
+                            Prompt{32875, "Online simulate  HMI running", "Online Simulator"},
+                            Prompt{32911, "HMI print configuration", ""}}) {
+        QAction* a = frame.action(p.command);
+        ASSERT_NE(a, nullptr) << p.command;
+        EXPECT_EQ(str(a->statusTip()), p.status);
+        if (*p.tip) {
+            EXPECT_EQ(str(a->toolTip()), p.tip);
+        }
+    }
+}
+
+TEST_F(MainWindowTest, FourteenBoldExpandedNodes) {
+    rqshell::CPrjTree& tree = frame.tree();
+    ASSERT_EQ(tree.topLevelItemCount(), 1);
+    std::vector<std::string> lines;
+    for (QTreeWidgetItemIterator it(&tree); *it; ++it) {
+        QTreeWidgetItem* item = *it;
+        std::string parent = item->parent() ? str(item->parent()->text(0)) : "";
+        lines.push_back(parent + ">" + str(item->text(0)));
+        EXPECT_TRUE(item->font(0).bold()) << str(item->text(0));
+        EXPECT_FALSE(item->icon(0).isNull());
+        if (item->childCount())
+            EXPECT_TRUE(item->isExpanded());
+    }
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{
+                  ">project", "project>real-time database", "project>HMI", "HMI>Window database",
+                  "HMI>windows", "project>Function block", "project>Ladder", "project>Parameter",
+                  "project>Real-time data record", "project>History data record",
+                  "project>alarm  configuration", "project>redundant configuration",
+                  "project>device configuration", "project>module  configuration"}));
+}
+
+TEST_F(MainWindowTest, ContextMenusPerNode) {
+    struct Case {
+        FixedNode node;
+        bool tree; // the tree's menu, else the list's
+        std::vector<std::string> entries;
+    };
+    const std::vector<Case> cases = {
+        {FixedNode::RealtimeDatabase,
+         true,
+         {"New Database|32807|on", "Delete Database|32808|on", "New Data Group|32802|on",
+          "Delete Data Group|32803|on", "Modify|32806|on"}},
+        {FixedNode::RealtimeDatabase,
+         false,
+         {"New Data(&N)|32810|on", "Delete Data(&D)|32811|on", "Modify(&P)|32812|on",
+          "Batch Data|32906|on"}},
+        {FixedNode::WindowDatabase,
+         true,
+         {"New Data Group|32813|off", "Delete Data Group|32814|off", "Modify|32874|off"}},
+        {FixedNode::Windows,
+         false,
+         {"New Window(&N)|32819|off", "Delete Window(&D)|32820|off", "Modify(&P)|32821|off",
+          "Edit(&E)|32822|off"}},
+        {FixedNode::Device,
+         true,
+         {"New Device Link|0|on", "Serial Port|32831|off", "Common Link|32833|off",
+          "TCP Network Client|32834|off", "TCP Network Service|32914|off",
+          "Delete Device Link|32827|off", "New Device|32828|off", "Delete Device|32829|off",
+          "Modify|32830|off"}},
+        {FixedNode::RealtimeRecord,
+         true,
+         {"New Data Record|32842|off", "New All Database Record|32843|off",
+          "Delete Data Record|32844|off", "Modify|32845|off"}},
+        {FixedNode::HistoryRecord,
+         true,
+         {"New History Data Record|32912|off", "Delete History Data Record|32913|off",
+          "Modify|32853|off"}},
+        {FixedNode::Alarm,
+         true,
+         {"Add Alarm Group|32854|off", "Delete Alram Group|32855|off",
+          "Modify Alarm Group|32909|off", "Configuration|32856|off"}},
+        {FixedNode::Module,
+         false,
+         {"Add Module(&N)|32860|off", "Delete Module(&D)|32861|off", "Modify(&P)|32862|off"}},
+        {FixedNode::Redundant, true, {"Configuration|32863|off"}},
+        {FixedNode::FunctionBlock,
+         true,
+         {"New FDB|32864|off", "Delete FBD|32865|off", "Configuration|32866|off"}},
+    };
+    for (const Case& c : cases) {
+        rqshell::TreeNodeHandler* h = rqshell::CPrjTree::handler(frame.tree().fixedNode(c.node));
+        ASSERT_NE(h, nullptr);
+        int id = c.tree ? h->GetMenuId() : h->GetListMenuId();
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
+        std::vector<std::string> got;
+        std::function<void(QMenu*)> walk = [&](QMenu* m) {
+            for (QAction* a : m->actions()) {
+                if (a->isSeparator())
+                    continue;
+                got.push_back(str(a->text()) + "|" + std::to_string(a->data().toInt()) + "|" +
+                              (a->isEnabled() ? "on" : "off"));
+                if (a->menu())
+                    walk(a->menu());
+            }
+        };
+        walk(menu.get());
+        EXPECT_EQ(got, c.entries) << str(frame.tree().fixedNode(c.node)->text(0));
+    }
+    // No menu on "project", "HMI", "Ladder"; the view menu for a list without one.
+    for (FixedNode n : {FixedNode::Project, FixedNode::Hmi, FixedNode::Ladder})
+        EXPECT_EQ(rqshell::CPrjTree::handler(frame.tree().fixedNode(n)), nullptr);
+    std::unique_ptr<QMenu> view(frame.buildContextMenu(rqshell::menuid::kView, &frame));
+    std::vector<std::string> texts;
+    for (QAction* a : view->actions())
+        texts.push_back(str(a->text()) + "|" + std::to_string(a->data().toInt()));
+    EXPECT_EQ(texts, (std::vector<std::string>{"Menu Bar|32771", "Tool Bar(&T)|59392",
+                                               "Status Bar(&S)|59393", "Project Manager|103"}));
+}
+
+// A section object that only records its commands, to see the gating by HMI type.
+struct RecordingSection : rqshell::ShellSection {
+    rq::SectionObject obj;
+    std::vector<int> ran;
+    explicit RecordingSection(rq::SectionObject o) : obj(o) {}
+    rq::SectionObject object() const override { return obj; }
+    void clearNodes() override {}
+    void rebuildNodes() override {}
+    void runCommand(int c) override { ran.push_back(c); }
+};
+
+TEST_F(MainWindowTest, HmiTypeGatesFunctionBlocksAndRedundancyEachTime) {
+    auto fbd = std::make_unique<RecordingSection>(rq::SectionObject::Fbd);
+    RecordingSection* fbdRaw = fbd.get();
+    frame.registerSection(std::move(fbd));
+    frame.registerSection(std::make_unique<RecordingSection>(rq::SectionObject::Redundancy));
+
+    rq::HmiDeviceType plain, full;
+    full.fbd = 1;
+    full.redundancy = 1;
+    auto states = [&] {
+        std::unique_ptr<QMenu> m(frame.buildContextMenu(rqshell::menuid::kFbdTree, &frame));
+        std::string s;
+        for (QAction* a : m->actions())
+            s += a->isEnabled() ? '1' : '0';
+        frame.updateCommandStates();
+        s += frame.action(32863)->isEnabled() ? '1' : '0';
+        return s;
+    };
+    EXPECT_EQ(states(), "0000");
+    frame.project().model().hmiType = &plain;
+    EXPECT_EQ(states(), "0000");
+    frame.project().model().hmiType = &full;
+    EXPECT_EQ(states(), "1111");
+    frame.runCommand(32865);
+    frame.project().model().hmiType = &plain;
+    frame.runCommand(32864); // refused: gated
+    EXPECT_EQ(fbdRaw->ran, std::vector<int>{32865});
+}
+
+TEST_F(Fixture, DataDialogOkWithFailedCheckStaysOpen) {
+    rqshell::CDataDialog d(sink, false);
+    d.show();
+    d.nameEdit()->setText("");
+    d.typeBox()->setCurrentIndex(5); // long: length locked at 4
+    EXPECT_FALSE(d.lengthEdit()->isEnabled());
+    EXPECT_EQ(d.lengthEdit()->text(), "4");
+    d.accept();
+    EXPECT_TRUE(d.isVisible());
+    EXPECT_EQ(d.result(), QDialog::Rejected);
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"Please input data name and initial value!"});
+
+    d.nameEdit()->setText("b");
+    d.typeBox()->setCurrentIndex(0); // bit: length editable
+    d.lengthEdit()->setText("8");
+    d.accept();
+    EXPECT_TRUE(d.isVisible());
+    d.lengthEdit()->setText("x");
+    d.accept();
+    EXPECT_EQ(sink.texts().back(), "Please enter an integer.");
+    d.lengthEdit()->setText("7");
+    d.accept();
+    EXPECT_FALSE(d.isVisible());
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+    EXPECT_EQ(sink.texts(), (std::vector<std::string>{"Please input data name and initial value!",
+                                                      "bit data length error(must be 1~7)!",
+                                                      "Please enter an integer."}));
+    EXPECT_EQ(d.form().typeIndex, 0);
+    EXPECT_EQ(d.form().length, 7);
+}
+
+TEST_F(Fixture, ProjectDialogOkRunsTheProjectChecks) {
+    rq::Project project(catalogs, sink);
+    rqshell::CProjectDialog d(catalogs.hmi, rq::ProjectDialogMode::Create);
+    EXPECT_EQ(str(d.heading()->text()), "Please Setting Project Property");
+    d.setAcceptCheck([&](const rq::ProjectForm& f) {
+        return rq::acceptProjectForm(f, rq::ProjectDialogMode::Create, project.doc) != nullptr;
+    });
+    d.show();
+    d.accept();
+    EXPECT_TRUE(d.isVisible());
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"Please input project name!"});
+
+    rqshell::CProjectDialog prop(catalogs.hmi, rq::ProjectDialogMode::Property);
+    EXPECT_EQ(str(prop.heading()->text()), "Project property");
+    EXPECT_FALSE(prop.browseButton()->isEnabled());
+    ASSERT_FALSE(catalogs.hmi.empty());
+    rq::ProjectForm f{"n", "d", "/p/", catalogs.hmi.entries().front().display, "1.2.3.4"};
+    prop.setForm(f);
+    EXPECT_EQ(prop.form().hmiDisplay, f.hmiDisplay);
+    EXPECT_EQ(prop.form().path, "/p/");
+}
+
+// Scripted dialogs for the real-time database commands run from the tree.
+struct ScriptedRtdbDialogs : rq::RtdbDialogHost {
+    std::deque<rq::DatabaseForm> databases;
+    std::deque<rq::DataGroupForm> groups;
+    std::deque<rq::DataForm> data;
+    bool databaseDialog(rq::DatabaseForm& f) override { return next(databases, f); }
+    bool dataGroupDialog(rq::DataGroupForm& f) override { return next(groups, f); }
+    bool dataDialog(rq::DataForm& f) override { return next(data, f); }
+    bool batchDataDialog(rq::BatchDataForm&) override { return false; }
+    template <class Q, class F> static bool next(Q& q, F& f) {
+        if (q.empty())
+            return false;
+        f = q.front();
+        q.pop_front();
+        return true;
+    }
+};
+
+TEST_F(MainWindowTest, RealtimeDatabaseEditsThroughTreeAndList) {
+    ScriptedRtdbDialogs dialogs;
+    frame.rtdbSection().setDialogHost(&dialogs);
+    rqshell::CPrjTree& tree = frame.tree();
+    tree.setCurrentItem(tree.fixedNode(FixedNode::RealtimeDatabase));
+
+    dialogs.databases = {{"db1", true}, {"db1", true}};
+    frame.runCommand(32807);
+    ASSERT_EQ(tree.fixedNode(FixedNode::RealtimeDatabase)->childCount(), 1);
+    QTreeWidgetItem* db = tree.fixedNode(FixedNode::RealtimeDatabase)->child(0);
+    EXPECT_EQ(tree.currentItem(), db);
+    EXPECT_TRUE(frame.project().model().modified);
+
+    frame.runCommand(32807); // duplicate
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"The database already exist!"});
+    EXPECT_EQ(tree.fixedNode(FixedNode::RealtimeDatabase)->childCount(), 1);
+
+    rq::DataForm d = rq::newDataForm();
+    d.name = "t1";
+    d.typeIndex = 7;
+    d.length = 4;
+    dialogs.data = {d};
+    frame.runCommand(32810);
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.rowCount(), 1);
+    EXPECT_EQ(str(list.text(0, 0)), "t1");
+    EXPECT_EQ(str(list.text(0, 1)), "float");
+    EXPECT_EQ(str(list.headerData(3, Qt::Horizontal, Qt::DisplayRole).toString()), "initial value");
+
+    // Renaming a database to a used name is refused; a free name is taken.
+    dialogs.databases = {{"db2", false}};
+    tree.setCurrentItem(tree.fixedNode(FixedNode::RealtimeDatabase));
+    frame.runCommand(32807);
+    QTreeWidgetItem* db2 = tree.fixedNode(FixedNode::RealtimeDatabase)->child(1);
+    tree.finishRename(db2, "db1");
+    EXPECT_EQ(str(db2->text(0)), "db2");
+    tree.finishRename(db2, "db3");
+    EXPECT_EQ(str(db2->text(0)), "db3");
+    EXPECT_EQ(frame.project().rtdb.database(1).name(), "db3");
+
+    // Delete with nothing selected asks nothing; with a row selected asks once.
+    tree.setCurrentItem(tree.fixedNode(FixedNode::RealtimeDatabase)->child(0));
+    sink.entries.clear();
+    frame.runCommand(32811);
+    EXPECT_TRUE(sink.entries.empty());
+    frame.view().selectRow(0);
+    sink.answers = {true};
+    frame.runCommand(32811);
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"Are you sure to delete current data ?"});
+    EXPECT_EQ(list.rowCount(), 0);
+
+    // Emptying the tree on New leaves the fixed nodes only.
+    frame.projectCleared();
+    EXPECT_EQ(tree.fixedNode(FixedNode::RealtimeDatabase)->childCount(), 0);
+}
+
+TEST_F(Fixture, BrowseDialogListsProjectAndSystemDatabasesWithExclusions) {
+    rq::RtdbSection project, system;
+    rq::DataNode& db = project.root().addDatabase("plant");
+    rq::DataNode& g = db.addGroup("pumps");
+    g.addItem(rq::DataItem::makeData("p1", "float", "4", "0", "flow"));
+    g.addItem(rq::DataItem::makeData("b1", "bit", "1", "0", ""));
+    g.addItem(rq::DataItem::makeAlias("a1", "p1"));
+    system.root().addDatabase("sys").addItem(rq::DataItem::makeData("clock", "long", "4", "0", ""));
+
+    rqshell::CRtdbBrowseDialog d(project, &system);
+    EXPECT_EQ(str(d.windowTitle()), "Realtime Database Browse");
+    ASSERT_EQ(d.tree()->topLevelItemCount(), 2);
+    EXPECT_EQ(str(d.tree()->topLevelItem(1)->text(0)), "system database");
+    EXPECT_EQ(str(d.tree()->topLevelItem(1)->child(0)->text(0)), "sys");
+
+    d.selectNode(&g);
+    EXPECT_EQ(d.list()->model()->rowCount(), 3);
+    EXPECT_TRUE(d.list()->isColumnHidden(0));
+    d.setExcluded(0, true); // bit
+    EXPECT_EQ(d.list()->model()->rowCount(), 2);
+    d.list()->selectRow(1); // the alias stays listed
+    d.accept();
+    ASSERT_TRUE(d.reference());
+    EXPECT_EQ(*d.reference(), (rq::DataRef{"plant", "a1"}));
+}
+
+} // namespace
