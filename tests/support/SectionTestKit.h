@@ -1,0 +1,102 @@
+#pragma once
+// Checks shared by the tests of the section files: golden files, bad files, and a
+// check context over a fixed set of real-time data.
+
+#include "core/ConfigSection.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace rqtest {
+
+template <class Section> std::string written(const Section& s) {
+    std::string out;
+    s.write(out);
+    return out;
+}
+
+// Reads `path` into `s`; section readers never show a message.
+inline bool readSection(rq::ConfigSection& s, const std::string& path,
+                        std::string* error = nullptr) {
+    RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    bool ok = s.read(path, ctx);
+    EXPECT_TRUE(sink.entries.empty());
+    if (error)
+        *error = ctx.error;
+    return ok;
+}
+
+// tests/data/FORMAT/CASE/input.xml read and written gives expected.xml (or the input
+// itself). The written bytes read back to the same bytes, unless `reopens` is false
+// (a raw special character in a value then keeps the file from parsing).
+template <class Section>
+void expectGolden(const std::string& format, const std::string& caseName, bool reopens = true) {
+    namespace fs = std::filesystem;
+    fs::path input = dataPath(format, caseName, "input.xml");
+    fs::path expected = dataPath(format, caseName, "expected.xml");
+    Section s;
+    std::string error;
+    ASSERT_TRUE(readSection(s, input.string(), &error)) << error;
+    const std::string out = written(s);
+    EXPECT_EQ(out, readFile(fs::exists(expected) ? expected : input));
+
+    TempDir dir;
+    writeFile(dir.file("again.xml"), out);
+    Section again;
+    ASSERT_EQ(readSection(again, dir.file("again.xml")), reopens);
+    if (reopens) {
+        EXPECT_EQ(written(again), out);
+    }
+}
+
+// Every bad file fails the read with a reason and leaves the section's empty form.
+// `notRoot` is a well-formed file with another root; `badBytes` an element with
+// bytes that are neither UTF-8 nor GB2312.
+template <class Section>
+void expectBadFilesFail(Section filled, const std::string& notRoot, const std::string& rootInCase,
+                        const std::string& unclosed, const std::string& badBytes) {
+    const std::string empty = written(Section{});
+    const std::pair<const char*, const char*> cases[] = {
+        {"missing file", nullptr},       {"empty file", ""},
+        {"wrong root", notRoot.c_str()}, {"root in other case", rootInCase.c_str()},
+        {"malformed", unclosed.c_str()}, {"bad bytes", badBytes.c_str()},
+        {"two roots", "<a/><a/>"},
+    };
+    for (const auto& [what, bytes] : cases) {
+        TempDir dir;
+        if (bytes)
+            writeFile(dir.file("f.xml"), bytes);
+        Section s = filled;
+        std::string error;
+        EXPECT_FALSE(readSection(s, dir.file("f.xml"), &error)) << what;
+        EXPECT_FALSE(error.empty()) << what;
+        EXPECT_EQ(written(s), empty) << what;
+    }
+}
+
+// Knows the real-time data given as {database, data} pairs.
+class FakeCheck : public rq::CheckContext {
+public:
+    FakeCheck() = default;
+    FakeCheck(std::initializer_list<std::pair<std::string, std::string>> known) : known_(known) {}
+    bool hasRealtimeData(std::string_view db, std::string_view data) const override {
+        return known_.count({std::string(db), std::string(data)}) > 0;
+    }
+    // The findings, in order, each starting with its prefix.
+    void expectFindings(const std::vector<std::string>& prefixes) const {
+        ASSERT_EQ(findings().size(), prefixes.size()) << ::testing::PrintToString(findings());
+        for (std::size_t i = 0; i < prefixes.size(); ++i)
+            EXPECT_EQ(findings()[i].rfind(prefixes[i], 0), 0u) << findings()[i];
+    }
+
+private:
+    std::set<std::pair<std::string, std::string>> known_;
+};
+
+} // namespace rqtest
