@@ -35,8 +35,17 @@ void sleepMs(int ms) {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }
 
+// Both ends close on exec, so that a child started elsewhere inherits neither.
 bool makePipe(int fds[2]) {
+#ifdef __linux__
     return ::pipe2(fds, O_CLOEXEC) == 0;
+#else
+    if (::pipe(fds) != 0)
+        return false;
+    ::fcntl(fds[0], F_SETFD, FD_CLOEXEC);
+    ::fcntl(fds[1], F_SETFD, FD_CLOEXEC);
+    return true;
+#endif
 }
 
 void closeQuietly(int fd) {
