@@ -6,12 +6,12 @@ namespace rq {
 
 namespace {
 
-template <class Item> struct GroupCount {
+struct GroupCount {
     std::size_t groups = 0;
     std::size_t items = 0;
 };
 
-template <class Item> void countGroup(const HmiDataGroup<Item>& group, GroupCount<Item>& c) {
+template <class Item> void countGroup(const HmiDataGroup<Item>& group, GroupCount& c) {
     c.items += group.items.size();
     c.groups += group.groups.size();
     for (const auto& sub : group.groups)
@@ -64,8 +64,8 @@ void HmiDbSection::clear() {
 }
 
 std::vector<std::pair<std::string, std::size_t>> HmiDbSection::counts() const {
-    GroupCount<HmiIoItem> ioCount;
-    GroupCount<HmiMemoryItem> memoryCount;
+    GroupCount ioCount;
+    GroupCount memoryCount;
     countGroup(io, ioCount);
     countGroup(memory, memoryCount);
     return {{"groups", ioCount.groups + memoryCount.groups},
