@@ -48,13 +48,13 @@ bool DeviceSection::linkNameExists(std::string_view name, const LinkItem* except
     return false;
 }
 
-LinkItem* DeviceSection::addLink(LinkKind kind, const LinkCommonFields& common,
-                                 const LinkKindFields& fields, MessageSink& sink) {
-    if (linkNameExists(common.name)) {
-        sink.showMessage("The link already exist!", MessageIcon::Stop);
-        return nullptr;
-    }
-    LinkItem& link = links_.emplace_back();
+namespace {
+
+// Appends a link of the kind: the common fields, `driver` set to the kind's keyword
+// and the fields of that kind only.
+LinkItem& appendLink(std::deque<LinkItem>& links, LinkKind kind, const LinkCommonFields& common,
+                     const LinkKindFields& fields) {
+    LinkItem& link = links.emplace_back();
     static_cast<LinkCommonFields&>(link) = common;
     link.driver = linkKindKeyword(kind);
     switch (kind) {
@@ -76,7 +76,18 @@ LinkItem* DeviceSection::addLink(LinkKind kind, const LinkCommonFields& common,
     case LinkKind::Ferolt:
         break;
     }
-    return &link;
+    return link;
+}
+
+} // namespace
+
+LinkItem* DeviceSection::addLink(LinkKind kind, const LinkCommonFields& common,
+                                 const LinkKindFields& fields, MessageSink& sink) {
+    if (linkNameExists(common.name)) {
+        sink.showMessage("The link already exist!", MessageIcon::Stop);
+        return nullptr;
+    }
+    return &appendLink(links_, kind, common, fields);
 }
 
 bool DeviceSection::removeLink(const LinkItem* link) {
@@ -167,13 +178,16 @@ private:
         case LinkKind::Ferolt:
             break;
         }
-        LinkItem* added = section_.addLink(kind, common, fields, ctx_.sink);
-        if (!added)
+        // The test of addLink, through a hash set: a file may hold many links.
+        if (!linkNames_.insert(common.name).second) {
+            ctx_.sink.showMessage("The link already exist!", MessageIcon::Stop);
             return;
+        }
+        LinkItem& added = appendLink(section_.links(), kind, common, fields);
         std::unordered_set<std::string> names;
         for (const xmlNode* n = e->children; n; n = n->next)
             if (isElement(n, "device"))
-                device(n, *added, names);
+                device(n, added, names);
     }
 
     void device(const xmlNode* e, LinkItem& link, std::unordered_set<std::string>& names) {
@@ -222,6 +236,7 @@ private:
 
     DeviceSection& section_;
     ReadContext& ctx_;
+    std::unordered_set<std::string> linkNames_;
 };
 
 } // namespace
