@@ -176,10 +176,24 @@ int ProcessRunner::Start(const std::string& commandLine, const Environment& envi
     running_ = 1;
     readersLeft_ = 2;
     lastOutputMs_ = nowMs();
-    outReader_ = std::thread([this] { readerLoop(stdoutRead_, false); });
-    errReader_ = std::thread([this] { readerLoop(stderrRead_, true); });
-    waiter_ = std::thread([this] { waiterLoop(); });
+    // The threads begin their work once OnStarted has returned, so that the owner
+    // sees "started" before any output or the finish, however fast the child is.
+    released_ = false;
+    outReader_ = std::thread([this] {
+        released_.wait(false);
+        readerLoop(stdoutRead_, false);
+    });
+    errReader_ = std::thread([this] {
+        released_.wait(false);
+        readerLoop(stderrRead_, true);
+    });
+    waiter_ = std::thread([this] {
+        released_.wait(false);
+        waiterLoop();
+    });
     OnStarted(commandLine);
+    released_ = true;
+    released_.notify_all();
     return 1;
 }
 

@@ -59,7 +59,8 @@ public:
     static constexpr std::size_t kPieceSize = 256;
 
 protected:
-    // Called on the starting thread right after the threads were created.
+    // Called on the starting thread right after the threads were created; they
+    // report nothing before it has returned.
     virtual void OnStarted(const std::string& commandLine) {}
     // A piece of standard output (reader thread); also the start-failure text
     // (starting thread).
@@ -91,6 +92,7 @@ private:
     std::atomic<int> exitCode_{-1};
     std::atomic<int> readersLeft_{0};
     std::atomic<long long> lastOutputMs_{0};
+    std::atomic<bool> released_{false};
 
     std::mutex waiterMutex_;
     std::condition_variable waiterDone_;
