@@ -19,13 +19,17 @@ namespace rqshell {
 SingleInstance::SingleInstance(QString name) : name_(std::move(name)) {
     connect(&server_, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket* s = server_.nextPendingConnection()) {
-            connect(s, &QLocalSocket::readyRead, this, [this, s] {
-                if (s->readAll().contains("activate"))
-                    Q_EMIT activateRequested();
+            auto answer = [this, s] {
+                if (!s->readAll().contains("activate"))
+                    return;
+                Q_EMIT activateRequested();
                 s->write("ok\n");
                 s->disconnectFromServer();
-            });
+            };
+            connect(s, &QLocalSocket::readyRead, this, answer);
             connect(s, &QLocalSocket::disconnected, s, &QObject::deleteLater);
+            if (s->bytesAvailable())
+                answer();
         }
     });
 }

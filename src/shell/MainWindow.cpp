@@ -264,6 +264,14 @@ void CMainFrame::createToolBar() {
             continue;
         }
         QAction* a = actions_.at(command);
+        if (command == rq::cmd::kAbout) {
+            // "About(&A)..." stands in the menu bar itself, where an icon would
+            // replace its text: the button gets an action of its own.
+            a = new QAction(a->text(), this);
+            a->setData(command);
+            connect(a, &QAction::triggered, this, [this] { runCommand(rq::cmd::kAbout); });
+            keyActions_.push_back(a);
+        }
         a->setIcon(st->standardIcon(icon));
         toolBar_->addAction(a);
     }

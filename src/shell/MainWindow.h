@@ -119,7 +119,7 @@ private:
     QLabel* hmiIndicator_ = nullptr;
     std::map<int, QAction*> actions_;
 
-    std::vector<QAction*> keyActions_; // F5, F9, F10
+    std::vector<QAction*> keyActions_; // F5, F9, F10 and tool-bar-only actions
     std::vector<std::unique_ptr<ShellSection>> sections_;
     RtdbTreeSection* rtdb_ = nullptr;
     std::vector<std::unique_ptr<TreeNodeHandler>> pendingHandlers_;

@@ -36,8 +36,17 @@ struct Screenshots : ::testing::Test {
         w.raise();
         for (int i = 0; i < 5; ++i)
             QApplication::processEvents();
+        // Xvfb runs without a window manager: the caption is drawn above the window.
         QPixmap pm = w.grab();
-        ASSERT_TRUE(pm.save(QString::fromStdString(out + "/" + name + ".png")));
+        QImage shot(pm.width(), pm.height() + 22, QImage::Format_RGB32);
+        shot.fill(QColor(40, 70, 150));
+        QPainter p(&shot);
+        p.setPen(Qt::white);
+        p.drawText(QRect(6, 0, pm.width() - 6, 22), Qt::AlignVCenter | Qt::AlignLeft,
+                   w.windowTitle());
+        p.drawPixmap(0, 22, pm);
+        p.end();
+        ASSERT_TRUE(shot.save(QString::fromStdString(out + "/" + name + ".png")));
         w.hide();
     }
     std::string demo() const {

@@ -1,6 +1,7 @@
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbTreeSection.h"
+#include "shell/Application.h"
 #include "shell/ListView.h"
 #include "shell/MainWindow.h"
 #include "shell/ProjectDialogs.h"
@@ -17,11 +18,13 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTableView>
+#include <QThread>
 #include <QTimer>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <filesystem>
 
 namespace {
 
@@ -47,8 +50,12 @@ struct Fixture : ::testing::Test {
 };
 
 struct MainWindowTest : Fixture {
-    struct NullLauncher : rq::ProgramLauncher {
-        bool launch(const std::string&, const std::string&, std::string*) override { return true; }
+    struct RecordingLauncher : rq::ProgramLauncher {
+        std::vector<std::string> lines;
+        bool launch(const std::string&, const std::string& line, std::string*) override {
+            lines.push_back(line);
+            return true;
+        }
     } launcher;
     CMainFrame frame{catalogs, rqtest::programDir(), &sink, &launcher};
 
@@ -134,8 +141,7 @@ TEST_F(MainWindowTest, FourteenBoldExpandedNodes) {
         lines.push_back(parent + ">" + str(item->text(0)));
         EXPECT_TRUE(item->font(0).bold()) << str(item->text(0));
         EXPECT_FALSE(item->icon(0).isNull());
-        if (item->childCount())
-            EXPECT_TRUE(item->isExpanded());
+        EXPECT_TRUE(item->childCount() == 0 || item->isExpanded());
     }
     EXPECT_EQ(lines,
               (std::vector<std::string>{
@@ -224,6 +230,31 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
                                                "Status Bar(&S)|59393", "Project Manager|103"}));
 }
 
+TEST_F(MainWindowTest, LabelEditsAndLadderDoubleClick) {
+    rqshell::CPrjTree& tree = frame.tree();
+    // "project", a node without handler and a fixed section node refuse the edit.
+    for (FixedNode n : {FixedNode::Project, FixedNode::Hmi, FixedNode::RealtimeDatabase}) {
+        tree.editItem(tree.fixedNode(n));
+        EXPECT_EQ(tree.findChild<QLineEdit*>(), nullptr);
+    }
+    tree.finishRename(tree.fixedNode(FixedNode::Project), "other");
+    EXPECT_EQ(str(tree.fixedNode(FixedNode::Project)->text(0)), "project");
+
+    QTreeWidgetItem* ladder = tree.fixedNode(FixedNode::Ladder);
+    Q_EMIT tree.itemDoubleClicked(ladder, 0); // no HMI type: nothing
+    rqtest::TempDir dir;
+    rq::HmiDeviceType type;
+    type.ladder = 1;
+    frame.project().model().hmiType = &type;
+    frame.project().model().projectDirectory = dir.str();
+    Q_EMIT tree.itemDoubleClicked(tree.fixedNode(FixedNode::Parameter), 0);
+    Q_EMIT tree.itemDoubleClicked(ladder, 0);
+    EXPECT_TRUE(sink.entries.empty());
+    EXPECT_EQ(launcher.lines,
+              std::vector<std::string>{"Ladrune *\"" + dir.str() + "\"*ladder.xml"});
+    EXPECT_TRUE(std::filesystem::exists(dir.path() / "ladder.xml"));
+}
+
 // A section object that only records its commands, to see the gating by HMI type.
 struct RecordingSection : rqshell::ShellSection {
     rq::SectionObject obj;
@@ -262,6 +293,21 @@ TEST_F(MainWindowTest, HmiTypeGatesFunctionBlocksAndRedundancyEachTime) {
     frame.project().model().hmiType = &plain;
     frame.runCommand(32864); // refused: gated
     EXPECT_EQ(fbdRaw->ran, std::vector<int>{32865});
+}
+
+TEST_F(Fixture, SecondStartAsksTheFirstToComeForward) {
+    const QString name = QStringLiteral("RQPDev_Test_%1").arg(QCoreApplication::applicationPid());
+    rqshell::SingleInstance first(name);
+    ASSERT_TRUE(first.claim());
+    int activations = 0;
+    QObject::connect(&first, &rqshell::SingleInstance::activateRequested, [&] { ++activations; });
+    rqshell::SingleInstance second(name);
+    EXPECT_FALSE(second.claim());
+    for (int i = 0; i < 200 && activations == 0; ++i) {
+        QApplication::processEvents();
+        QThread::msleep(10);
+    }
+    EXPECT_EQ(activations, 1);
 }
 
 TEST_F(Fixture, DataDialogOkWithFailedCheckStaysOpen) {

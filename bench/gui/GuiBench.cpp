@@ -1,0 +1,146 @@
+// The workspace on a project whose one database holds 100,000 data items:
+//   - selecting the database node until its list is painted (target: 100 ms);
+//   - scrolling that list a page at a time;
+//   - opening the project in the main window against the headless open of the
+//     same directory (target: at most 1.3 times).
+// Each figure is the median of several runs. Prints the figures and whether the
+// targets are met; the exit status is 1 when one is missed.
+
+#include "core/FileUtil.h"
+#include "project/Project.h"
+#include "shell/ListView.h"
+#include "shell/MainWindow.h"
+#include "shell/ProjectTree.h"
+
+#include <QApplication>
+#include <QScrollBar>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr int kItems = 100000;
+constexpr int kRuns = 7;
+
+double ms(Clock::time_point a, Clock::time_point b) {
+    return std::chrono::duration<double, std::milli>(b - a).count();
+}
+
+double median(std::vector<double> v) {
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+double measure(const std::function<void()>& prepare, const std::function<void()>& work) {
+    std::vector<double> times;
+    for (int i = 0; i < kRuns; ++i) {
+        prepare();
+        auto t0 = Clock::now();
+        work();
+        times.push_back(ms(t0, Clock::now()));
+    }
+    return median(times);
+}
+
+void settle() {
+    for (int i = 0; i < 3; ++i)
+        QApplication::processEvents();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir config;
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    QApplication app(argc, argv);
+
+    rq::Catalogs catalogs;
+    catalogs.loadFrom(rq::programDirectory());
+    rq::SilentSink sink;
+
+    QTemporaryDir work;
+    const std::string dir = (work.path() + "/big").toStdString();
+    {
+        rq::Project p(catalogs, sink);
+        p.model().name = "big";
+        p.model().projectDirectory = dir;
+        p.model().hmiType = catalogs.hmi.entries().empty() ? nullptr : &catalogs.hmi.entries()[0];
+        rq::DataNode& db = p.rtdb.root().addDatabase("big");
+        db.reserveItems(kItems);
+        for (int i = 0; i < kItems; ++i)
+            db.addItem(rq::DataItem::makeData("Var_" + std::to_string(i), "float", "4", "0",
+                                              "item " + std::to_string(i)));
+        rq::makeDirectory(dir);
+        if (!p.doc.saveAll().ok()) {
+            std::fprintf(stderr, "cannot write the benchmark project\n");
+            return 2;
+        }
+    }
+
+    double headless = measure([] {},
+                              [&] {
+                                  rq::Project p(catalogs, sink);
+                                  std::string error;
+                                  if (!p.doc.open(dir, &error))
+                                      std::fprintf(stderr, "open failed: %s\n", error.c_str());
+                              });
+
+    rqshell::CMainFrame frame(catalogs, rq::programDirectory(), &sink);
+    frame.resize(1200, 800);
+    frame.show();
+    settle();
+    double gui = measure([] {},
+                         [&] {
+                             frame.openProjectDirectory(QString::fromStdString(dir));
+                             settle();
+                         });
+
+    rqshell::CPrjTree& tree = frame.tree();
+    QTreeWidgetItem* section = tree.fixedNode(rqshell::FixedNode::RealtimeDatabase);
+    QTreeWidgetItem* dbItem = section->child(0);
+    rqshell::CRQPDevView& view = frame.view();
+    double select = measure(
+        [&] {
+            tree.setCurrentItem(section);
+            settle();
+        },
+        [&] {
+            tree.setCurrentItem(dbItem);
+            view.viewport()->repaint();
+            settle();
+        });
+    const int rows = view.model()->rowCount();
+
+    QScrollBar* bar = view.verticalScrollBar();
+    double page = measure(
+                      [&] {
+                          bar->setValue(bar->maximum() / 2);
+                          settle();
+                      },
+                      [&] {
+                          for (int i = 0; i < 20; ++i) {
+                              bar->setValue(bar->value() + bar->pageStep());
+                              view.viewport()->repaint();
+                          }
+                      }) /
+                  20;
+
+    const double ratio = gui / headless;
+    std::printf("rows listed                     %d\n", rows);
+    std::printf("select database node            %.1f ms   (target <= 100 ms)  %s\n", select,
+                select <= 100 ? "met" : "MISSED");
+    std::printf("scroll one page                 %.2f ms\n", page);
+    std::printf("open, headless                  %.1f ms\n", headless);
+    std::printf("open, main window               %.1f ms\n", gui);
+    std::printf("main window / headless          %.2f     (target <= 1.30)    %s\n", ratio,
+                ratio <= 1.3 ? "met" : "MISSED");
+    return rows == kItems && select <= 100 && ratio <= 1.3 ? 0 : 1;
+}
