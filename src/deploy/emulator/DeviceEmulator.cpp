@@ -736,6 +736,7 @@ uint8_t DeviceEmulator::actOnArrival(const std::string& name, const fs::path& fi
 
 uint8_t DeviceEmulator::installPackage(const fs::path& package, const std::string& password,
                                        std::string& note) {
+    std::lock_guard installing(installMutex_);
     std::optional<std::string> key;
     if (!password.empty())
         key = password;

@@ -104,6 +104,7 @@ private:
     std::optional<uint32_t> lastClock_;
     uint64_t cpuTotal_ = 0, cpuIdle_ = 0; // the previous /proc/stat sample
 
+    std::mutex installMutex_; // one package is handled at a time
     std::mutex logMutex_;
 };
 
