@@ -212,21 +212,11 @@ void ProcessRunner::signalStop() {
 }
 
 void ProcessRunner::readerLoop(int fd, bool isStderr) {
+    // The read end does not block: the reader reads while there is data and waits
+    // in poll() (for data or the stop event) only when the pipe is empty.
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK);
     char buf[kPieceSize];
     while (running_.load() != 0) {
-        pollfd p[2] = {{fd, POLLIN, 0}, {stopRead_, POLLIN, 0}};
-        int r = ::poll(p, stopRead_ >= 0 ? 2 : 1, kReaderPollMs);
-        if (r < 0) {
-            if (errno == EINTR)
-                continue;
-            break;
-        }
-        if (r == 0)
-            continue;
-        if (stopRead_ >= 0 && (p[1].revents & POLLIN))
-            break;
-        if (p[0].revents & POLLNVAL)
-            break;
         ssize_t n = ::read(fd, buf, sizeof buf);
         if (n > 0) {
             lastOutputMs_ = nowMs();
@@ -235,14 +225,23 @@ void ProcessRunner::readerLoop(int fd, bool isStderr) {
                 OnStderr(piece);
             else
                 OnStdout(piece);
-        } else if (n == 0) {
-            break; // end of file: the writing side is gone
-        } else if (errno != EINTR && errno != EAGAIN) {
-            // Other read errors are ignored and the read is tried again, unless the
-            // descriptor itself is bad.
-            if (errno == EBADF)
-                break;
+            continue;
         }
+        if (n == 0)
+            break; // end of file: the writing side is gone
+        if (errno == EINTR)
+            continue;
+        if (errno == EBADF)
+            break;
+        // Empty pipe (or another read error, which is ignored and retried): wait.
+        pollfd p[2] = {{fd, POLLIN, 0}, {stopRead_, POLLIN, 0}};
+        int r = ::poll(p, stopRead_ >= 0 ? 2 : 1, kReaderPollMs);
+        if (r < 0 && errno != EINTR)
+            break;
+        if (r > 0 && stopRead_ >= 0 && (p[1].revents & POLLIN))
+            break;
+        if (r > 0 && (p[0].revents & POLLNVAL))
+            break;
     }
     --readersLeft_;
 }
