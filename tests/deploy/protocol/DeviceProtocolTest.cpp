@@ -19,7 +19,7 @@ namespace {
 std::string nextAddress() {
     static int n = 0;
     ++n;
-    return "127.61." + std::to_string(n) + ".1";
+    return "127.61." + std::to_string(n / 250) + "." + std::to_string(n % 250 + 1);
 }
 
 std::string pattern(std::size_t size) {
