@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -228,6 +229,24 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
         texts.push_back(str(a->text()) + "|" + std::to_string(a->data().toInt()));
     EXPECT_EQ(texts, (std::vector<std::string>{"Menu Bar|32771", "Tool Bar(&T)|59392",
                                                "Status Bar(&S)|59393", "Project Manager|103"}));
+}
+
+TEST_F(MainWindowTest, ClosingKeepsLayoutAndFirstRunDocksTheTreeLeft) {
+    EXPECT_EQ(frame.dockWidgetArea(frame.treeBar()), Qt::LeftDockWidgetArea);
+    EXPECT_EQ(str(frame.treeBar()->windowTitle()), "project manager");
+    frame.removeDockWidget(frame.treeBar());
+    frame.addDockWidget(Qt::RightDockWidgetArea, frame.treeBar());
+    frame.treeBar()->show();
+    EXPECT_TRUE(frame.close()); // not modified: no question
+    EXPECT_TRUE(sink.entries.empty());
+
+    CMainFrame next(catalogs, rqtest::programDir(), &sink, &launcher);
+    next.restoreLayout();
+    EXPECT_EQ(next.dockWidgetArea(next.treeBar()), Qt::RightDockWidgetArea);
+    next.removeDockWidget(next.treeBar());
+    next.addDockWidget(Qt::LeftDockWidgetArea, next.treeBar());
+    next.treeBar()->show();
+    next.close();
 }
 
 TEST_F(MainWindowTest, LabelEditsAndLadderDoubleClick) {
