@@ -42,8 +42,10 @@ struct Screenshots : ::testing::Test {
         shot.fill(QColor(40, 70, 150));
         QPainter p(&shot);
         p.setPen(Qt::white);
-        p.drawText(QRect(6, 0, pm.width() - 6, 22), Qt::AlignVCenter | Qt::AlignLeft,
-                   w.windowTitle());
+        QString title = w.windowTitle();
+        title.replace(QStringLiteral("[*]"),
+                      w.isWindowModified() ? QStringLiteral("*") : QString());
+        p.drawText(QRect(6, 0, pm.width() - 6, 22), Qt::AlignVCenter | Qt::AlignLeft, title);
         p.drawPixmap(0, 22, pm);
         p.end();
         ASSERT_TRUE(shot.save(QString::fromStdString(out + "/" + name + ".png")));
