@@ -1,0 +1,364 @@
+// Every reader of the tool under fuzzing: the XML helpers, the catalogs, the
+// project file, the stored password, each section file, the package file, the
+// start-up bitmap, the device's version file and the package key file. Each entry
+// reads the input as the tool would, then uses what was read the way the tool does
+// next (writes the section back, looks entries up), so that a reader leaving its
+// model inconsistent shows up as well.
+
+#include "FuzzSupport.h"
+
+#include "core/ConfigSection.h"
+#include "core/FileUtil.h"
+#include "core/HmiDeviceCatalog.h"
+#include "core/IoDriverCatalog.h"
+#include "core/PasswordCodec.h"
+#include "core/ProjectFile.h"
+#include "core/Xml.h"
+#include "deploy/cipher/PackageCipher.h"
+#include "deploy/cipher/PackageKeys.h"
+#include "deploy/logo/ConvertBitmap.h"
+#include "deploy/transfer/UpgradePackages.h"
+#include "sections/alarm/AlarmSection.h"
+#include "sections/datalog/DataLogSection.h"
+#include "sections/device/DeviceSection.h"
+#include "sections/fbd/FbdSection.h"
+#include "sections/history/HistorySection.h"
+#include "sections/hmidb/HmiDbSection.h"
+#include "sections/hmiwindow/HmiWindowSection.h"
+#include "sections/modules/ModulesSection.h"
+#include "sections/param/ParamSection.h"
+#include "sections/printer/PrinterCatalog.h"
+#include "sections/printer/PrinterSection.h"
+#include "sections/redundancy/RedundancySection.h"
+#include "sections/rtdb/RtdbSection.h"
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace rq::fuzz {
+
+namespace {
+
+std::string_view asText(const uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+// The catalogs of the program directory, as the tool holds them while a project
+// is read.
+HmiDeviceCatalog& hmiCatalog() {
+    static HmiDeviceCatalog catalog;
+    return catalog;
+}
+IoDriverCatalog& ioCatalog() {
+    static IoDriverCatalog catalog;
+    return catalog;
+}
+void loadCatalogs() {
+    const std::string dir = programDirectory();
+    if (hmiCatalog().empty())
+        hmiCatalog().LoadHmiDeviceCatalog(joinPath(dir, "hmidevice.xml"));
+    if (ioCatalog().links().empty())
+        ioCatalog().load(joinPath(dir, "iodevdrv.xml"));
+}
+
+// --- XML helpers -------------------------------------------------------------
+
+void walkAttributes(const xmlNode* node, int depth) {
+    for (; node; node = node->next) {
+        if (node->type != XML_ELEMENT_NODE)
+            continue;
+        for (const xmlAttr* a = node->properties; a; a = a->next) {
+            const char* name = reinterpret_cast<const char*>(a->name);
+            (void)ReadAttrText(node, name);
+            (void)ReadAttrRaw(node, name);
+            int32_t value = 0;
+            ReadAttrNumber(node, name, value);
+            (void)HasAttr(node, name);
+        }
+        if (depth < 64)
+            walkAttributes(node->children, depth + 1);
+    }
+}
+
+void runXml(const uint8_t* data, std::size_t size) {
+    const std::string path = writeScratchFile("any.xml", data, size);
+    {
+        XmlDocument doc;
+        std::string error;
+        if (doc.load(path, "", &error)) {
+            (void)doc.declaredEncoding();
+            walkAttributes(doc.root(), 0);
+        }
+    }
+    {
+        XmlDocument doc;
+        std::string error;
+        if (doc.loadMemory(asText(data, size), "memory.xml", "rtdbs", &error))
+            walkAttributes(doc.root(), 0);
+    }
+    (void)parseDecimal(asText(data, size));
+    (void)EscapeXmlAttr(asText(data, size));
+}
+
+void seedXml(const std::string& dir) {
+    copySeeds(dir, "tests/data/*/*/*.xml");
+    copySeeds(dir, "data/examples/demo/*.xml");
+}
+
+// --- catalogs ----------------------------------------------------------------
+
+void runHmiDevice(const uint8_t* data, std::size_t size) {
+    const std::string path = writeScratchFile("hmidevice.xml", data, size);
+    HmiDeviceCatalog catalog;
+    if (!catalog.LoadHmiDeviceCatalog(path))
+        return;
+    for (const HmiDeviceType& type : catalog.entries()) {
+        catalog.FindByName(type.name);
+        catalog.FindByDisplay(type.display);
+    }
+}
+
+void runIoDriver(const uint8_t* data, std::size_t size) {
+    const std::string path = writeScratchFile("iodevdrv.xml", data, size);
+    IoDriverCatalog catalog;
+    if (!catalog.load(path))
+        return;
+    // The device dialogs' look-ups over everything the file named.
+    for (const IoLinkKind& link : catalog.links()) {
+        catalog.FindLinkKind(link.name);
+        catalog.ListDrivers(link.name);
+        catalog.DriverNameAt(link.name, 0);
+        catalog.DriverNameAt(link.name, static_cast<int>(link.drivers.size()));
+        for (const IoDeviceDriver& driver : link.drivers) {
+            IoDriverCatalog::DriverDescription(catalog.FindDriver(driver.name));
+            catalog.ListDataTypes(driver.name);
+            for (const IoProduct* product : catalog.ListProducts(driver.name)) {
+                catalog.ProductIndex(driver.name, product->name);
+                for (const IoCfgType* cfg : IoDriverCatalog::ListCfgTypes(*product))
+                    catalog.CfgTypeDisplay(driver.name, product->name, cfg->code);
+            }
+            catalog.ProductNameAt(driver.name, 0);
+            catalog.ProductNameAt(driver.name, -1);
+        }
+    }
+}
+
+void runPrinterCatalog(const uint8_t* data, std::size_t size) {
+    const std::string path = writeScratchFile(PrinterCatalog::kFileName, data, size);
+    PrinterCatalog catalog;
+    std::string error;
+    if (!catalog.load(path, &error))
+        return;
+    for (const PrinterEntry& p : catalog.printers)
+        catalog.indexOfDriver(p.driver);
+    for (const ResolutionEntry& r : catalog.resolutions)
+        catalog.indexOfResolution(r.name);
+    for (const PaperEntry& p : catalog.papers)
+        catalog.indexOfPaper(p.name);
+}
+
+// --- project file and password -------------------------------------------------
+
+void runProjectFile(const uint8_t* data, std::size_t size) {
+    const std::string path = writeScratchFile("rqrun.xml", data, size);
+    ProjectModel project;
+    std::string error;
+    if (!readProjectFile(path, project, hmiCatalog(), &error))
+        return;
+    std::string out;
+    writeProjectFile(project, out);
+}
+
+void seedProjectFile(const std::string& dir) {
+    copySeeds(dir, "data/examples/demo/rqrun.xml");
+}
+
+void runPassword(const uint8_t* data, std::size_t size) {
+    const std::string_view text = asText(data, size);
+    if (auto plain = PasswordCodec::unscramble(text))
+        (void)PasswordCodec::scramble(*plain);
+    (void)base64Decode(text);
+}
+
+void seedPassword(const std::string& dir) {
+    writeSeed(dir, "empty", PasswordCodec::scramble(""));
+    writeSeed(dir, "short", PasswordCodec::scramble("abc"));
+    writeSeed(dir, "long", PasswordCodec::scramble(std::string(40, 'p')));
+    writeSeed(dir, "base64", base64Encode("not a stored password"));
+}
+
+// --- sections --------------------------------------------------------------------
+
+class NoDataCheck : public CheckContext {
+public:
+    bool hasRealtimeData(std::string_view dbname, std::string_view) const override {
+        return dbname.size() % 2 == 0; // both answers occur
+    }
+};
+
+template <class Section> void runSection(const uint8_t* data, std::size_t size) {
+    Section section;
+    const std::string path = writeScratchFile(section.fileName(), data, size);
+    SilentSink sink;
+    ReadContext ctx{sink, &hmiCatalog(), &ioCatalog(), {}};
+    // A failed read leaves the section as its rules say; the tool may still show and
+    // save it, so everything below runs either way.
+    section.read(path, ctx);
+    std::string out;
+    section.write(out);
+    (void)section.counts();
+    NoDataCheck check;
+    section.check(check);
+}
+
+void runRtdb(const uint8_t* data, std::size_t size) {
+    runSection<RtdbSection>(data, size);
+    RtdbSection section;
+    SilentSink sink;
+    ReadContext ctx{sink, &hmiCatalog(), &ioCatalog(), {}};
+    section.readMemory(asText(data, size), "rtdb.xml", ctx);
+}
+
+template <const char* Name> void seedSection(const std::string& dir) {
+    const std::string name = Name;
+    copySeeds(dir, "tests/data/" + name + "/*/*.xml");
+    copySeeds(dir, "data/examples/demo/" + name + ".xml");
+    if (name == "rtdb")
+        copySeeds(dir, "data/program/conffile/rtdb.xml");
+}
+
+constexpr char kRtdb[] = "rtdb", kHmidb[] = "hmidb", kHmiwindow[] = "hmiwindow",
+               kDevice[] = "device", kParam[] = "param", kDatalog[] = "datalog",
+               kHistory[] = "history", kAlarm[] = "alarm", kFbd[] = "fbd",
+               kRedundancy[] = "redundancy", kPrinter[] = "printer", kModules[] = "modules";
+
+// --- deployment files ----------------------------------------------------------
+
+void runPackage(const uint8_t* data, std::size_t size) {
+    const std::string source = writeScratchFile("in.rqp", data, size);
+    const std::string target = scratchDir() + "/out.bin";
+    DecryptPackage(source, target, std::nullopt);
+    DecryptPackage(source, target, std::string("secret"));
+    removeScratchFile("out.bin");
+}
+
+void seedPackage(const std::string& dir) {
+    const std::string content = "a download archive stands here, 45 bytes long";
+    writeSeed(scratchDir(), "plain.bin", content);
+    const std::string plain = scratchDir() + "/plain.bin";
+    EncryptPackage(plain, dir + "/mode0.rqp", 0, std::nullopt);
+    EncryptPackage(plain, dir + "/mode1.rqp", 1, std::nullopt);
+    EncryptPackage(plain, dir + "/mode2.rqp", 2, std::string("secret"));
+    writeSeed(scratchDir(), "plain.bin", "");
+    EncryptPackage(plain, dir + "/empty.rqp", 1, std::nullopt);
+}
+
+void runBitmap(const uint8_t* data, std::size_t size) {
+    const std::string source = writeScratchFile("logo.bmp", data, size);
+    const std::string target = scratchDir() + "/logo.bin";
+    std::string message;
+    ConvertBitmap(source, target, message, 0, 0);
+    ConvertBitmap(source, target, message, 4, 3);
+    removeScratchFile("logo.bin");
+}
+
+// A bottom-up 24-bit bitmap of width x height with rows padded to 4 bytes.
+std::string makeBitmap(int width, int height) {
+    const int stride = (width * 3 + 3) / 4 * 4;
+    const uint32_t pixelBytes = static_cast<uint32_t>(stride * height);
+    std::string bmp(54 + pixelBytes, '\0');
+    auto put = [&bmp](std::size_t at, uint32_t value, int bytes) {
+        for (int i = 0; i < bytes; ++i)
+            bmp[at + i] = static_cast<char>(value >> (8 * i));
+    };
+    bmp[0] = 'B';
+    bmp[1] = 'M';
+    put(2, static_cast<uint32_t>(bmp.size()), 4);
+    put(10, 54, 4);
+    put(14, 40, 4);
+    put(18, static_cast<uint32_t>(width), 4);
+    put(22, static_cast<uint32_t>(height), 4);
+    put(26, 1, 2);
+    put(28, 24, 2);
+    put(34, pixelBytes, 4);
+    for (uint32_t i = 0; i < pixelBytes; ++i)
+        bmp[54 + i] = static_cast<char>(i * 37);
+    return bmp;
+}
+
+void seedBitmap(const std::string& dir) {
+    writeSeed(dir, "4x3.bmp", makeBitmap(4, 3));
+    writeSeed(dir, "5x2.bmp", makeBitmap(5, 2));
+    writeSeed(dir, "1x1.bmp", makeBitmap(1, 1));
+}
+
+void runVersionFile(const uint8_t* data, std::size_t size) {
+    const std::string path = writeScratchFile("version", data, size);
+    deviceUpToDate(path, 20261120);
+    (void)parseYyyymmdd(std::string(asText(data, size)));
+}
+
+void seedVersionFile(const std::string& dir) {
+    writeSeed(dir, "current", "Movaro V1.0\n20261120 build 7\n");
+    writeSeed(dir, "older", "Movaro V1.0\r\n20250229\r\n");
+    writeSeed(dir, "other", "Another runtime\n20261231\n");
+}
+
+void runPackageKeys(const uint8_t* data, std::size_t size) {
+    PackageKeys keys;
+    std::string error;
+    parsePackageKeys(asText(data, size), keys, &error);
+}
+
+void seedPackageKeys(const std::string& dir) {
+    copySeeds(dir, "data/program/conffile/package.keys");
+}
+
+void seedHmiDevice(const std::string& dir) {
+    copySeeds(dir, "data/program/hmidevice.xml");
+}
+void seedIoDriver(const std::string& dir) {
+    copySeeds(dir, "data/program/iodevdrv.xml");
+}
+void seedPrinterCatalog(const std::string& dir) {
+    copySeeds(dir, "data/program/printerconf.xml");
+    copySeeds(dir, "tests/data/printer/catalog/*.xml");
+}
+
+const ReaderTarget kReaders[] = {
+    {"xml", nullptr, runXml, seedXml},
+    {"hmidevice", nullptr, runHmiDevice, seedHmiDevice},
+    {"iodevdrv", nullptr, runIoDriver, seedIoDriver},
+    {"printercatalog", nullptr, runPrinterCatalog, seedPrinterCatalog},
+    {"projectfile", loadCatalogs, runProjectFile, seedProjectFile},
+    {"password", nullptr, runPassword, seedPassword},
+    {"rtdb", loadCatalogs, runRtdb, seedSection<kRtdb>},
+    {"hmidb", loadCatalogs, runSection<HmiDbSection>, seedSection<kHmidb>},
+    {"hmiwindow", loadCatalogs, runSection<HmiWindowSection>, seedSection<kHmiwindow>},
+    {"device", loadCatalogs, runSection<DeviceSection>, seedSection<kDevice>},
+    {"param", loadCatalogs, runSection<ParamSection>, seedSection<kParam>},
+    {"datalog", loadCatalogs, runSection<DataLogSection>, seedSection<kDatalog>},
+    {"history", loadCatalogs, runSection<HistorySection>, seedSection<kHistory>},
+    {"alarm", loadCatalogs, runSection<AlarmSection>, seedSection<kAlarm>},
+    {"fbd", loadCatalogs, runSection<FbdSection>, seedSection<kFbd>},
+    {"redundancy", loadCatalogs, runSection<RedundancySection>, seedSection<kRedundancy>},
+    {"printer", loadCatalogs, runSection<PrinterSection>, seedSection<kPrinter>},
+    {"modules", loadCatalogs, runSection<ModulesSection>, seedSection<kModules>},
+    {"package", nullptr, runPackage, seedPackage},
+    {"bitmap", nullptr, runBitmap, seedBitmap},
+    {"versionfile", nullptr, runVersionFile, seedVersionFile},
+    {"packagekeys", nullptr, runPackageKeys, seedPackageKeys},
+};
+
+} // namespace
+
+const ReaderTarget* findReader(std::string_view name) {
+    for (const ReaderTarget& target : kReaders)
+        if (name == target.name)
+            return &target;
+    return nullptr;
+}
+
+} // namespace rq::fuzz
