@@ -254,6 +254,19 @@ TEST_F(Flows, SaveAskFolderCreatesDirectoryAndWritesAllFiles) {
         EXPECT_TRUE(fs::exists(tmp.path() / "work/p" / f)) << f;
 }
 
+TEST_F(Flows, SaveReportsAFileThatCannotBeWrittenAndWritesTheOthers) {
+    project.model().name = "p";
+    project.model().projectDirectory = work();
+    project.model().modified = true;
+    fs::create_directory(tmp.path() / "work/hmidb.xml"); // a directory in the file's place
+    EXPECT_TRUE(flows.save());
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_EQ(messages()[0].rfind("Failed to save document.\n" + work() + "/hmidb.xml: ", 0), 0u)
+        << messages()[0];
+    EXPECT_TRUE(fs::exists(tmp.path() / "work/printer.xml"));
+    EXPECT_FALSE(project.model().modified);
+}
+
 TEST_F(Flows, OpenReadsTheProjectAndReportsFailures) {
     host.projectPresses = {form("demo")};
     flows.newProject();
