@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t kCountedBufferSize = 1024;
 // File contents move in pieces of this size. The device sees one byte stream, so
 // the piece size is free; a large one keeps the system calls few.
-constexpr std::size_t kContentChunk = 64 * 1024;
+constexpr std::size_t kContentChunk = 1024 * 1024;
 // A fetched file is written in whole pieces of this size (kContentChunk is a multiple).
 constexpr std::size_t kGetPiece = 1024;
 
