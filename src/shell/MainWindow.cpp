@@ -192,10 +192,10 @@ void CMainFrame::fillMenu(QMenu* menu, const std::vector<MenuEntry>& entries, bo
             else {
                 a->setEnabled(commandEnabled(e.command));
                 if (a->isCheckable())
-                    a->setChecked(e.command == rq::cmd::kViewToolbar     ? toolBar_->isVisible()
-                                  : e.command == rq::cmd::kViewStatusBar ? statusBar()->isVisible()
-                                  : e.command == rq::cmd::kViewMenuBar   ? menuBar()->isVisible()
-                                                                         : treeBar_->isVisible());
+                    a->setChecked(e.command == rq::cmd::kViewToolbar     ? !toolBar_->isHidden()
+                                  : e.command == rq::cmd::kViewStatusBar ? !statusBar()->isHidden()
+                                  : e.command == rq::cmd::kViewMenuBar   ? !menuBar()->isHidden()
+                                                                         : !treeBar_->isHidden());
             }
         }
     }

@@ -70,6 +70,17 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
         tree.setCurrentItem(rt->child(0));
     save(frame, "main-window");
 
+    // Context menus as the tree and the list show them.
+    const std::pair<int, const char*> menus[] = {{rqshell::menuid::kRtdbTree, "menu-rtdb-tree"},
+                                                 {rqshell::menuid::kRtdbList, "menu-rtdb-list"},
+                                                 {rqshell::menuid::kDeviceTree, "menu-device-tree"},
+                                                 {rqshell::menuid::kView, "menu-view"}};
+    for (auto [id, name] : menus) {
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
+        menu->adjustSize();
+        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
+    }
+
     rqshell::CProjectDialog create(catalogs.hmi, rq::ProjectDialogMode::Create);
     save(create, "project-dialog-new");
     rqshell::CProjectDialog prop(catalogs.hmi, rq::ProjectDialogMode::Property);
