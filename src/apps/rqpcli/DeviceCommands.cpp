@@ -142,8 +142,8 @@ int runMonitor(const std::vector<std::string>& args) {
     rq::MonitorSocket sock = 0;
     rq::TransferResult result = rq::kTransferOk;
     for (long i = 0; i < count; ++i) {
-        if (i > 0)
-            std::this_thread::sleep_for(kMonitorInterval);
+        // Like the dialog's timer, the first poll comes one interval after the start.
+        std::this_thread::sleep_for(kMonitorInterval);
         rq::DeviceStatus s{};
         result = rq::PollDeviceStatus(ip, sock, s);
         // A failed poll clears the six fields.
@@ -180,7 +180,7 @@ CommandRegistration regClock({"device clock", "device clock IP",
                               "sets the device clock to this computer's time", runClock});
 CommandRegistration regMonitor({"device monitor", "device monitor IP [--count N]",
                                 "starts the device's monitor service and shows its memory and "
-                                "CPU figures N times, 2 seconds apart",
+                                "CPU figures N times, every 2 seconds",
                                 runMonitor});
 
 } // namespace
