@@ -3,6 +3,7 @@
 #include "core/FileUtil.h"
 #include "core/HmiDeviceCatalog.h"
 
+#include <filesystem>
 #include <fstream>
 
 namespace rq {
@@ -118,7 +119,12 @@ bool ProjectFlows::openDirectory(const std::string& dir) {
     return openWithoutQuestion(dir);
 }
 
-bool ProjectFlows::openWithoutQuestion(const std::string& dir) {
+bool ProjectFlows::openWithoutQuestion(const std::string& given) {
+    // The runtime and the ladder editor run in the program directory: the project
+    // directory they are given must not depend on the current one.
+    std::error_code ec;
+    std::filesystem::path absolute = std::filesystem::absolute(given, ec);
+    const std::string dir = ec ? given : absolute.lexically_normal().string();
     host_.projectCleared();
     std::string error;
     if (!doc_.open(dir, &error)) {

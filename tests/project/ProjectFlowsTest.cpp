@@ -284,6 +284,10 @@ TEST_F(Flows, OpenReadsTheProjectAndReportsFailures) {
     EXPECT_EQ(host.loaded, 1);
     EXPECT_EQ(host.recent.back(), dir);
 
+    // A relative directory is opened as an absolute one.
+    ASSERT_TRUE(flows.openDirectory(fs::relative(dir).string() + "/"));
+    EXPECT_EQ(project.model().projectDirectory, dir);
+
     fs::remove(fs::path(dir) / "hmidb.xml");
     EXPECT_FALSE(flows.openDirectory(dir));
     ASSERT_EQ(messages().size(), 1u);
