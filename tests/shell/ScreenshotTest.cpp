@@ -114,9 +114,8 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     batch.setBatchForm({f, 1, 10});
     save(batch, "rtdb-batch-data");
 
-    rq::ReadContext ctx{sink, &catalogs.hmi, &catalogs.io, {}};
-    auto system = rq::loadSystemDatabase(rqtest::programDir(), ctx);
-    rqshell::CRtdbBrowseDialog browse(frame.project().rtdb, system.get());
+    rqshell::CRtdbBrowseDialog browse(frame.project().rtdb,
+                                      rqshell::systemDatabase(rqtest::programDir()));
     if (frame.project().rtdb.databaseCount())
         browse.selectNode(&frame.project().rtdb.database(0));
     save(browse, "rtdb-browse");

@@ -480,6 +480,13 @@ TEST_F(Fixture, BrowseDialogListsProjectAndSystemDatabasesWithExclusions) {
     d.accept();
     ASSERT_TRUE(d.reference());
     EXPECT_EQ(*d.reference(), (rq::DataRef{"plant", "a1"}));
+
+    // The program directory's system database is read once and shared.
+    const rq::RtdbSection* sys = rqshell::systemDatabase(rqtest::programDir());
+    ASSERT_NE(sys, nullptr);
+    EXPECT_GT(sys->databaseCount(), 0u);
+    EXPECT_EQ(sys, rqshell::systemDatabase(rqtest::programDir()));
+    EXPECT_EQ(rqshell::systemDatabase("/nonexistent"), nullptr);
 }
 
 } // namespace

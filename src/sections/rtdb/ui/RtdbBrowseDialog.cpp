@@ -11,6 +11,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <map>
+
 namespace rqshell {
 
 class BrowseTableModel : public QAbstractTableModel {
@@ -149,6 +151,17 @@ void CRtdbBrowseDialog::accept() {
     if (!rows.isEmpty())
         result_ = model_.reference(static_cast<std::size_t>(rows.first().row()));
     QDialog::accept();
+}
+
+const rq::RtdbSection* systemDatabase(const std::string& programDir) {
+    static std::map<std::string, std::unique_ptr<const rq::RtdbSection>> loaded;
+    auto it = loaded.find(programDir);
+    if (it == loaded.end()) {
+        rq::SilentSink sink;
+        rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+        it = loaded.emplace(programDir, rq::loadSystemDatabase(programDir, ctx)).first;
+    }
+    return it->second.get();
 }
 
 std::optional<rq::DataRef> browseRealtimeData(QWidget* parent, const rq::RtdbSection& project,

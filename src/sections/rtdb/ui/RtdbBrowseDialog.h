@@ -11,6 +11,7 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <string>
 
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -53,6 +54,10 @@ private:
     QTableView* list_;
     std::optional<rq::DataRef> result_;
 };
+
+// The system database (conffile/rtdb.xml) of the program directory, read on first
+// use and kept for the run; null when it cannot be read.
+const rq::RtdbSection* systemDatabase(const std::string& programDir);
 
 // Shows the browse dialog over the project's databases and the system database of
 // the program directory; the chosen variable, or nothing on Cancel.
