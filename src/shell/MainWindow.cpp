@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
@@ -521,6 +522,10 @@ void CMainFrame::restoreLayout() {
     const QByteArray state = settings_.value("MainFrame/state").toByteArray();
     if (!geometry.isEmpty())
         restoreGeometry(geometry);
+    else if (QScreen* s = screen())
+        // The size the window returns to from maximised, and its size where no
+        // window manager maximises it.
+        setGeometry(s->availableGeometry());
     if (!state.isEmpty())
         restoreState(state);
     menuBar()->setVisible(settings_.value("MainFrame/menuBar", true).toBool());
