@@ -274,6 +274,48 @@ TEST_F(MainWindowTest, LabelEditsAndLadderDoubleClick) {
     EXPECT_TRUE(std::filesystem::exists(dir.path() / "ladder.xml"));
 }
 
+// Runs `act` on the next modal dialog once it is shown.
+template <class Dialog> void onNextModal(std::function<void(Dialog*)> act) {
+    auto* timer = new QTimer;
+    QObject::connect(timer, &QTimer::timeout, [timer, act] {
+        if (auto* d = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
+            timer->stop();
+            timer->deleteLater();
+            act(d);
+        }
+    });
+    timer->start(5);
+}
+
+TEST_F(MainWindowTest, NewProjectAndAddDataThroughTheRealDialogs) {
+    rqtest::TempDir dir;
+    ASSERT_FALSE(catalogs.hmi.empty());
+    const std::string display = catalogs.hmi.entries().front().display;
+    onNextModal<rqshell::CProjectDialog>([&](rqshell::CProjectDialog* d) {
+        d->setForm({"demo", "", dir.str() + "/", display, "10.0.0.9"});
+        d->accept();
+    });
+    frame.runCommand(57600);
+    EXPECT_EQ(frame.project().model().projectDirectory, dir.str() + "/demo");
+    EXPECT_EQ(frame.project().model().slaveIp, "10.0.0.9");
+    EXPECT_TRUE(std::filesystem::is_directory(dir.path() / "demo/hisdata"));
+
+    frame.project().rtdb.root().addDatabase("db");
+    frame.projectLoaded();
+    frame.tree().setCurrentItem(frame.tree().fixedNode(FixedNode::RealtimeDatabase)->child(0));
+    onNextModal<rqshell::CDataDialog>([](rqshell::CDataDialog* d) {
+        d->nameEdit()->setText("s1");
+        d->typeBox()->setCurrentIndex(9); // string
+        d->lengthEdit()->setText("12");
+        d->accept();
+    });
+    frame.runCommand(32810);
+    ASSERT_EQ(frame.view().listModel().rowCount(), 1);
+    EXPECT_EQ(str(frame.view().listModel().text(0, 1)), "string");
+    EXPECT_EQ(str(frame.view().listModel().text(0, 2)), "12");
+    EXPECT_TRUE(frame.project().model().modified);
+}
+
 // A section object that only records its commands, to see the gating by HMI type.
 struct RecordingSection : rqshell::ShellSection {
     rq::SectionObject obj;
