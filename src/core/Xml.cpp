@@ -52,7 +52,7 @@ int prepareParser() {
     xmlCheckVersion(20510);
     xmlSetGenericErrorFunc(nullptr, ignoreGenericError);
     xmlSetStructuredErrorFunc(nullptr, ignoreStructuredError);
-    return XML_PARSE_NOBLANKS | XML_PARSE_NONET;
+    return XML_PARSE_NOBLANKS | XML_PARSE_NONET | XML_PARSE_COMPACT;
 }
 
 std::string describe(const xmlError* err) {
