@@ -126,6 +126,12 @@ bool readArchiveMember(const std::string& archive, const std::string& member, st
     return runCapture({"tar", "-xzOf", archive, "--", member}, bytes, limit, error);
 }
 
+bool isPlainGzipStream(const std::string& file) {
+    std::string ignored;
+    return runCapture({"gzip", "-t", file}, ignored, 0, nullptr) &&
+           !runCapture({"tar", "-tzf", file}, ignored, 0, nullptr);
+}
+
 bool extractArchive(const std::string& archive, const std::string& directory, std::string* error) {
     std::string ignored;
     return runCapture({"tar", "-xzf", archive, "-C", directory, "--no-same-owner"}, ignored, 0,

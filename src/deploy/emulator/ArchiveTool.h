@@ -16,6 +16,9 @@ std::string unsafeMemberName(const std::vector<std::string>& names);
 // The bytes of one member (at most `limit` bytes are kept).
 bool readArchiveMember(const std::string& archive, const std::string& member, std::string& bytes,
                        std::size_t limit, std::string* error);
+// Whether the file is one intact gzip stream that holds no tar archive (a start-up
+// image is sent so).
+bool isPlainGzipStream(const std::string& file);
 // Unpacks into an existing directory.
 bool extractArchive(const std::string& archive, const std::string& directory, std::string* error);
 

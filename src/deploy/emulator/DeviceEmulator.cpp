@@ -763,6 +763,15 @@ uint8_t DeviceEmulator::installPackage(const fs::path& package, const std::strin
             return 0;
         }
     }
+    // A start-up image is one gzip stream of raw pixels rather than an archive: the
+    // device writes it to its flash.
+    if (isPlainGzipStream(archive.string())) {
+        std::lock_guard lock(stateMutex_);
+        fs::copy_file(archive, root_ / "home/app/logo.gz", fs::copy_options::overwrite_existing,
+                      ec);
+        note = ec ? "cannot write the start-up image: " + ec.message() : "start-up image written";
+        return ec ? 0 : 1;
+    }
     std::vector<std::string> names;
     if (!listArchive(archive.string(), names, &error)) {
         note = error;

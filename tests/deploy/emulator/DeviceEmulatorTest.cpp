@@ -174,6 +174,22 @@ TEST_F(EmulatorTest, UpgradePackageReplacesTheVersionFile) {
     EXPECT_FALSE(fs::exists(deviceFile("/home/app/rqupdate.rqp")));
 }
 
+TEST_F(EmulatorTest, StartupImageIsOneGzipStreamWrittenToFlash) {
+    startDevice();
+    writeFile(work.file("logo"), pattern(4000));
+    ASSERT_EQ(std::system(("gzip -nf '" + work.file("logo") + "'").c_str()), 0);
+    const std::string package = wrap(work, work.file("logo.gz"), 1, std::nullopt);
+    ASSERT_EQ(rq::PutFile(package, "rqupdate.rqp", "/tmp", ip, 2, ""), rq::kTransferOk);
+    EXPECT_EQ(readFile(deviceFile("/home/app/logo.gz")), readFile(work.file("logo.gz")));
+    EXPECT_FALSE(fs::exists(deviceFile("/home/app/project")));
+    // A gzip stream cut short is no image.
+    std::string cut = readFile(work.file("logo.gz"));
+    writeFile(work.file("cut.gz"), cut.substr(0, cut.size() / 2));
+    EXPECT_EQ(rq::PutFile(wrap(work, work.file("cut.gz"), 1, std::nullopt), "rqupdate.rqp", "/tmp",
+                          ip, 2, ""),
+              rq::kCommError);
+}
+
 TEST_F(EmulatorTest, PackagesThatMustNotBeInstalledAreRefused) {
     startDevice();
     struct Case {
