@@ -6,34 +6,15 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <sys/wait.h>
-
 using rqtest::readFile;
 using rqtest::TempDir;
 using rqtest::writeFile;
 
 namespace {
 
-struct CliRun {
-    int status;
-    std::string out; // standard output and standard error together
-};
-
-CliRun rqpcli(const std::string& args) {
-    std::string cmd = rq::joinPath(rqtest::programDir(), "rqpcli") + " " + args + " 2>&1";
-    CliRun r{-1, {}};
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return r;
-    std::array<char, 4096> buf;
-    size_t n;
-    while ((n = fread(buf.data(), 1, buf.size(), p)) > 0)
-        r.out.append(buf.data(), n);
-    int st = pclose(p);
-    r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-    return r;
+// A command line after "rqpcli ", with standard error.
+rqtest::ProgramRun rqpcli(const std::string& args) {
+    return rqtest::runShell(rq::joinPath(rqtest::programDir(), "rqpcli") + " " + args + " 2>&1");
 }
 
 } // namespace
@@ -54,16 +35,16 @@ TEST(RqpcliNew, ChecksLikeTheProjectDialog) {
         {dir.str(), 64, "missing arguments"},
     };
     for (const auto& c : cases) {
-        CliRun r = rqpcli("new " + c.args);
+        rqtest::ProgramRun r = rqpcli("new " + c.args);
         EXPECT_EQ(r.status, c.status) << c.args << "\n" << r.out;
         EXPECT_NE(r.out.find(c.message), std::string::npos) << c.args << "\n" << r.out;
     }
     EXPECT_FALSE(rq::directoryExists(dir.file("p")));
 
-    CliRun ok =
+    rqtest::ProgramRun ok =
         rqpcli("new " + dir.str() + " p --hmi-type RQ-HMI800 --description 'd e' --ip 1.2.3.4");
     ASSERT_EQ(ok.status, 0) << ok.out;
-    CliRun info = rqpcli("info " + dir.file("p") + " --json");
+    rqtest::ProgramRun info = rqpcli("info " + dir.file("p") + " --json");
     ASSERT_EQ(info.status, 0) << info.out;
     EXPECT_NE(info.out.find("\"description\": \"d e\""), std::string::npos) << info.out;
     EXPECT_NE(info.out.find("\"slave_ip\": \"1.2.3.4\""), std::string::npos) << info.out;
@@ -82,7 +63,7 @@ TEST(RqpcliCheck, ListsOneLinePerFinding) {
                                 "<data dbname=\"db\" dataname=\"gone\" value=\"1\"/>"
                                 "<data dbname=\"system\" dataname=\"Logic_True\" value=\"1\"/>"
                                 "</params>");
-    CliRun r = rqpcli("check " + p);
+    rqtest::ProgramRun r = rqpcli("check " + p);
     EXPECT_EQ(r.status, 1) << r.out;
     EXPECT_NE(r.out.find("'&'"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("db.gone"), std::string::npos) << r.out;

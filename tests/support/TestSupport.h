@@ -39,6 +39,36 @@ std::string crlf(const std::string& text);
 // The program directory laid out by the build (RQPDEV_HOME).
 std::string programDir();
 
+// The result of running a program: its exit status (-1 when it did not exit) and
+// what it printed.
+struct ProgramRun {
+    int status;
+    std::string out;
+};
+// Runs a shell command line and collects its standard output.
+ProgramRun runShell(const std::string& command);
+// Runs a program of the program directory with the arguments (quoted for the
+// shell); standard error is collected with standard output when `withStderr`, else
+// dropped.
+ProgramRun runProgram(const std::string& program, const std::vector<std::string>& args,
+                      bool withStderr = true);
+
+// A program of the program directory running in the background, its standard
+// output going to a file; stopped with SIGTERM at the latest on destruction.
+class BackgroundProgram {
+public:
+    BackgroundProgram(const std::string& program, const std::vector<std::string>& args,
+                      const std::string& logFile);
+    ~BackgroundProgram() { stop(); }
+    BackgroundProgram(const BackgroundProgram&) = delete;
+    BackgroundProgram& operator=(const BackgroundProgram&) = delete;
+    // SIGTERM, then the exit status.
+    int stop();
+
+private:
+    int pid_ = 0;
+};
+
 // Records every message, question and its answer; answers come from a script.
 class RecordingSink : public rq::MessageSink {
 public:

@@ -146,6 +146,9 @@ int runUpload(const std::vector<std::string>& args) {
     if (!parseOrExit(commandNamed("upload"), opt, args, 2, 2, &status))
         return status;
     const std::string target = absolutePath(opt.positional()[1]);
+    // The dialog picks an existing folder; here a new one is made for the user.
+    std::error_code ec;
+    fs::create_directories(target, ec);
     rq::UploadJob job(target, opt.positional()[0], opt.value("password").value_or(""), {}, nullptr,
                       rq::programDirectory(), nullptr);
     const rq::TransferOutcome o = job.run();

@@ -6,85 +6,30 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
-
-extern char** environ;
 
 using namespace rqtest;
 
 namespace {
 
-struct ProgramRun {
-    int status;
-    std::string out;
-};
-
-// Runs a program of the program directory; standard output is collected,
-// standard error dropped.
+// Standard output only: the device commands print their texts there.
 ProgramRun run(const std::string& program, const std::vector<std::string>& args) {
-    std::string command = "'" + programDir() + "/" + program + "'";
-    for (const auto& a : args)
-        command += " '" + a + "'";
-    command += " 2>/dev/null";
-    ProgramRun result{-1, {}};
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe)
-        return result;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        result.out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
+    return runProgram(program, args, false);
 }
-
-class Simulator {
-public:
-    Simulator(const std::vector<std::string>& args, const std::string& logFile) {
-        std::vector<std::string> all = {programDir() + "/rqdevsim"};
-        all.insert(all.end(), args.begin(), args.end());
-        std::vector<char*> argv;
-        for (auto& a : all)
-            argv.push_back(a.data());
-        argv.push_back(nullptr);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 1, logFile.c_str(), O_WRONLY | O_CREAT, 0644);
-        posix_spawn(&pid_, argv[0], &actions, nullptr, argv.data(), environ);
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    // SIGTERM, then the exit status.
-    int stop() {
-        if (pid_ <= 0)
-            return -1;
-        ::kill(pid_, SIGTERM);
-        int status = 0;
-        ::waitpid(pid_, &status, 0);
-        pid_ = 0;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    ~Simulator() { stop(); }
-
-private:
-    pid_t pid_ = 0;
-};
 
 } // namespace
 
 TEST(Programs, RqdevsimAndTheDeviceCommands) {
     TempDir dir;
     const std::string ip = "127.62.252.1";
-    Simulator sim({"--address", ip, "--root", dir.file("root"), "--type", "HMI-9", "--version-date",
-                   "20240101"},
-                  dir.file("log"));
+    BackgroundProgram sim("rqdevsim",
+                          {"--address", ip, "--root", dir.file("root"), "--type", "HMI-9",
+                           "--version-date", "20240101"},
+                          dir.file("log"));
     // Wait until it listens (the listeners come up within a few milliseconds).
     for (int i = 0; i < 100 && rq::QueryUpdateDone(ip) != rq::kTransferOk; ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
