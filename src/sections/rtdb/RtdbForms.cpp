@@ -31,7 +31,12 @@ std::optional<std::string> validateDataForm(const DataForm& form) {
 }
 
 std::optional<std::string> validateBatchDataForm(const BatchDataForm& form) {
-    return validateDataForm(form.data);
+    if (auto message = validateDataForm(form.data))
+        return message;
+    // A range that would fill the memory is refused before anything is made.
+    if (static_cast<long long>(form.to) - form.from + 1 > kMaxBatchData)
+        return std::string(kBatchTooLargeMessage);
+    return std::nullopt;
 }
 
 bool lengthEditable(const DataForm& form) {

@@ -71,6 +71,11 @@ struct DataForm {
     std::string description;
 };
 
+// The most data one batch may add, and the message for a larger range.
+inline constexpr long long kMaxBatchData = 1000000;
+inline constexpr const char* kBatchTooLargeMessage =
+    "Too many data in one batch (at most 1000000)!";
+
 // "Batch Data Setting": the fields of "Data Setting" plus From and To.
 struct BatchDataForm {
     DataForm data;

@@ -149,6 +149,15 @@ TEST(RtdbValidators, ChecksInTheirFixedOrder) {
         b.data = c.form;
         EXPECT_EQ(validateBatchDataForm(b), c.message) << c.what;
     }
+    // A batch range that would exhaust the memory is refused; the largest one passes.
+    BatchDataForm huge;
+    huge.data = dataForm("x", 7, 4);
+    huge.from = 0;
+    huge.to = 2000000000;
+    EXPECT_EQ(validateBatchDataForm(huge), std::string(kBatchTooLargeMessage));
+    huge.from = -2000000000;
+    huge.to = static_cast<int>(kMaxBatchData) - 2000000001;
+    EXPECT_EQ(validateBatchDataForm(huge), std::nullopt);
 }
 
 TEST(RtdbForms, TypeSelectionLengthAndStoredItem) {
