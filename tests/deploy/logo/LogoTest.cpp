@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct BmpSpec {
+struct BmpShape {
     int32_t width = 2, height = 2;
     uint16_t bits = 24;
     uint32_t compression = 0, coloursUsed = 0;
@@ -36,7 +36,7 @@ void put32(std::string& s, uint32_t v) {
 
 // A bitmap whose stored rows (bottom row first) come from `pixel(x, storedRow)`
 // as blue, green, red; the padding bytes are 0xEE so that leaking them shows.
-std::string makeBmp(const BmpSpec& b,
+std::string makeBmp(const BmpShape& b,
                     const std::function<std::array<uint8_t, 3>(int, int)>& pixel) {
     const int32_t rows = b.height < 0 ? -b.height : b.height;
     const uint32_t stride = (b.width * 3 + 3) / 4 * 4;
@@ -74,11 +74,11 @@ TEST(ConvertBitmap, PixelsRowsAndPadding) {
 
     rqtest::TempDir dir;
     // Width 3: each stored row carries 3 padding bytes. Stored row 0 is the bottom.
-    BmpSpec spec;
-    spec.width = 3;
-    spec.height = 2;
-    spec.extraGap = 6;
-    rqtest::writeFile(dir.path() / "a.bmp", makeBmp(spec, [](int x, int r) {
+    BmpShape shape;
+    shape.width = 3;
+    shape.height = 2;
+    shape.extraGap = 6;
+    rqtest::writeFile(dir.path() / "a.bmp", makeBmp(shape, [](int x, int r) {
                           if (r == 1) // the top row of the picture
                               return std::array<uint8_t, 3>{0xFF, 0xFF, 0xFF};
                           return std::array<uint8_t, 3>{0x08, 0x04, static_cast<uint8_t>(x << 3)};
@@ -99,7 +99,7 @@ TEST(ConvertBitmap, RefusalsCarryTheirMessages) {
     const std::string format = "File format is error, please select 24-bit bmp format!";
     struct Case {
         const char* name;
-        BmpSpec spec;
+        BmpShape shape;
         int w, h;
         std::string message;
     } cases[] = {
@@ -114,7 +114,7 @@ TEST(ConvertBitmap, RefusalsCarryTheirMessages) {
     };
     for (const auto& c : cases) {
         const std::string src = dir.file(std::string(c.name) + ".bmp");
-        rqtest::writeFile(src, makeBmp(c.spec, black));
+        rqtest::writeFile(src, makeBmp(c.shape, black));
         std::string message;
         EXPECT_EQ(rq::ConvertBitmap(src, dir.file("out"), message, c.w, c.h), 0) << c.name;
         EXPECT_EQ(message, c.message) << c.name;
