@@ -183,8 +183,12 @@ void runClient(Operation op, uint32_t capacity) {
         MonitorSocket sock = 0;
         DeviceStatus status{};
         // A second poll only on a kept connection: a new one would find no server.
-        if (PollDeviceStatus(deviceIp, sock, status) == kTransferOk && sock != 0)
+        if (PollDeviceStatus(deviceIp, sock, status) == kTransferOk && sock != 0) {
+            // What the monitor shows of a good reply.
+            FormatMemory(status.totalMemory);
+            FormatRate(status.cpuUsage);
             PollDeviceStatus(deviceIp, sock, status);
+        }
         EndDeviceMonitor(sock);
         break;
     }
