@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <functional>
 
 namespace rq {
 
@@ -138,11 +139,39 @@ std::string XmlDocument::declaredEncoding() const {
     return reinterpret_cast<const char*>(doc_->encoding);
 }
 
-bool XmlDocument::load(const std::string& path, std::string_view expectedRoot, std::string* error) {
+// One parse through `read` (given the parser context, an encoding or null, and the
+// options); when it fails and `inDeviceCodePage` says the bytes are not UTF-8 and
+// declare nothing, the bytes are read again in the device code page: a file the
+// tool wrote carries no declaration.
+bool XmlDocument::parse(const std::function<xmlDoc*(xmlParserCtxtPtr, const char*, int)>& read,
+                        const std::function<bool()>& inDeviceCodePage, std::string* error) {
     if (doc_) {
         xmlFreeDoc(doc_);
         doc_ = nullptr;
     }
+    const int options = prepareParser();
+    xmlParserCtxtPtr ctxt = xmlNewParserCtxt();
+    if (!ctxt) {
+        if (error)
+            *error = "out of memory";
+        return false;
+    }
+    doc_ = read(ctxt, nullptr, options);
+    std::string reason = doc_ ? std::string() : describe(xmlCtxtGetLastError(ctxt));
+    if (!doc_ && inDeviceCodePage()) {
+        const char* cp = deviceCodePageIsUtf8() ? "GB2312" : deviceCodePage().c_str();
+        xmlCtxtReset(ctxt);
+        doc_ = read(ctxt, cp, options);
+        if (!doc_)
+            reason = describe(xmlCtxtGetLastError(ctxt));
+    }
+    xmlFreeParserCtxt(ctxt);
+    if (!doc_ && error)
+        *error = reason;
+    return doc_ != nullptr;
+}
+
+bool XmlDocument::load(const std::string& path, std::string_view expectedRoot, std::string* error) {
     std::string head;
     {
         std::ifstream in(path, std::ios::binary);
@@ -155,69 +184,31 @@ bool XmlDocument::load(const std::string& path, std::string_view expectedRoot, s
         in.read(head.data(), head.size());
         head.resize(static_cast<size_t>(in.gcount()));
     }
-    int options = prepareParser();
-    xmlParserCtxtPtr ctxt = xmlNewParserCtxt();
-    if (!ctxt) {
-        if (error)
-            *error = "out of memory";
-        return false;
-    }
-    doc_ = xmlCtxtReadFile(ctxt, path.c_str(), nullptr, options);
-    std::string reason = doc_ ? std::string() : describe(xmlCtxtGetLastError(ctxt));
-    // A file the tool wrote in the device code page carries no declaration: read it
-    // again in that code page when its bytes are not UTF-8.
-    if (!doc_ && declarationEncoding(head).empty() && !fileIsUtf8(path)) {
-        const char* cp = deviceCodePageIsUtf8() ? "GB2312" : deviceCodePage().c_str();
-        xmlCtxtReset(ctxt);
-        doc_ = xmlCtxtReadFile(ctxt, path.c_str(), cp, options);
-        if (!doc_)
-            reason = describe(xmlCtxtGetLastError(ctxt));
-    }
-    xmlFreeParserCtxt(ctxt);
-    if (!doc_) {
-        if (error)
-            *error = reason;
-        return false;
-    }
-    return accept(path, expectedRoot, error);
+    auto read = [&](xmlParserCtxtPtr ctxt, const char* encoding, int options) {
+        return xmlCtxtReadFile(ctxt, path.c_str(), encoding, options);
+    };
+    auto inDeviceCodePage = [&] { return declarationEncoding(head).empty() && !fileIsUtf8(path); };
+    return parse(read, inDeviceCodePage, error) && accept(expectedRoot, error);
 }
 
 bool XmlDocument::loadMemory(std::string_view bytes, const std::string& name,
                              std::string_view expectedRoot, std::string* error) {
-    if (doc_) {
-        xmlFreeDoc(doc_);
-        doc_ = nullptr;
-    }
     if (bytes.size() > static_cast<size_t>(INT_MAX)) {
         if (error)
             *error = "the file is too large";
         return false;
     }
-    int options = prepareParser();
-    xmlParserCtxtPtr ctxt = xmlNewParserCtxt();
-    if (!ctxt)
-        return false;
-    doc_ = xmlCtxtReadMemory(ctxt, bytes.data(), static_cast<int>(bytes.size()), name.c_str(),
-                             nullptr, options);
-    std::string reason = doc_ ? std::string() : describe(xmlCtxtGetLastError(ctxt));
-    if (!doc_ && declarationEncoding(bytes.substr(0, 256)).empty() && !isValidUtf8(bytes)) {
-        const char* cp = deviceCodePageIsUtf8() ? "GB2312" : deviceCodePage().c_str();
-        xmlCtxtReset(ctxt);
-        doc_ = xmlCtxtReadMemory(ctxt, bytes.data(), static_cast<int>(bytes.size()), name.c_str(),
-                                 cp, options);
-        if (!doc_)
-            reason = describe(xmlCtxtGetLastError(ctxt));
-    }
-    xmlFreeParserCtxt(ctxt);
-    if (!doc_) {
-        if (error)
-            *error = reason;
-        return false;
-    }
-    return accept(name, expectedRoot, error);
+    auto read = [&](xmlParserCtxtPtr ctxt, const char* encoding, int options) {
+        return xmlCtxtReadMemory(ctxt, bytes.data(), static_cast<int>(bytes.size()), name.c_str(),
+                                 encoding, options);
+    };
+    auto inDeviceCodePage = [&] {
+        return declarationEncoding(bytes.substr(0, 256)).empty() && !isValidUtf8(bytes);
+    };
+    return parse(read, inDeviceCodePage, error) && accept(expectedRoot, error);
 }
 
-bool XmlDocument::accept(const std::string&, std::string_view expectedRoot, std::string* error) {
+bool XmlDocument::accept(std::string_view expectedRoot, std::string* error) {
     xmlNode* r = root();
     if (!r) {
         xmlFreeDoc(doc_);

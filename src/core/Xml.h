@@ -9,9 +9,11 @@
 //         if (isElement(n, "rtdb")) readRtdb(n);              // unknown names skipped
 // The document is freed when `doc` goes out of scope, on every way out.
 
+#include <libxml/parser.h>
 #include <libxml/tree.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -43,7 +45,9 @@ public:
     std::string declaredEncoding() const;
 
 private:
-    bool accept(const std::string& name, std::string_view expectedRoot, std::string* error);
+    bool parse(const std::function<xmlDoc*(xmlParserCtxtPtr, const char*, int)>& read,
+               const std::function<bool()>& inDeviceCodePage, std::string* error);
+    bool accept(std::string_view expectedRoot, std::string* error);
     xmlDoc* doc_ = nullptr;
 };
 
