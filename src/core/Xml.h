@@ -22,6 +22,14 @@ namespace rq {
 // Replaces & " < > ' by their entities, ampersand first.
 std::string EscapeXmlAttr(std::string_view text);
 
+// Appends `prefix`, the value as it is (never escaped) and the closing quote: the
+// writers' piece ` name="value"`, with the prefix holding ` name="`.
+inline void appendAttr(std::string& out, std::string_view prefix, std::string_view value) {
+    out.append(prefix);
+    out.append(value);
+    out.push_back('"');
+}
+
 class XmlDocument {
 public:
     XmlDocument() = default;

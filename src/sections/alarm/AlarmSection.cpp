@@ -112,17 +112,11 @@ bool AlarmSection::read(const std::string& path, ReadContext& ctx) {
 
 namespace {
 
-inline void attr(std::string& out, std::string_view prefix, const std::string& value) {
-    out.append(prefix);
-    out.append(value);
-    out.push_back('"');
-}
-
 void writeData(std::string& out, const AlarmDataItem& d) {
-    attr(out, "\t\t<data dbname=\"", d.dbname);
-    attr(out, " dataname=\"", d.dataname);
-    attr(out, " priority=\"", d.priority);
-    attr(out, " status_var=\"", d.status_var);
+    appendAttr(out, "\t\t<data dbname=\"", d.dbname);
+    appendAttr(out, " dataname=\"", d.dataname);
+    appendAttr(out, " priority=\"", d.priority);
+    appendAttr(out, " status_var=\"", d.status_var);
     out.append(">\r\n");
     for (int i = 0; i < kAlarmSlotCount; ++i) {
         const AlarmCondition& c = d.slots[i];
@@ -130,17 +124,17 @@ void writeData(std::string& out, const AlarmDataItem& d) {
             continue;
         out.append("\t\t\t<");
         out.append(kAlarmSlotTags[i]);
-        attr(out, " enable_var=\"", c.enable_var);
-        attr(out, " value_var=\"", c.value_var);
-        attr(out, " info=\"", c.info);
-        attr(out, " restore_info=\"", c.restore_info);
+        appendAttr(out, " enable_var=\"", c.enable_var);
+        appendAttr(out, " value_var=\"", c.value_var);
+        appendAttr(out, " info=\"", c.info);
+        appendAttr(out, " restore_info=\"", c.restore_info);
         out.append(" />\r\n");
     }
     out.append("\t\t</data>\r\n");
 }
 
 void writeGroup(std::string& out, const AlarmGroup& g) {
-    attr(out, "\t<alarmgroup name=\"", g.name);
+    appendAttr(out, "\t<alarmgroup name=\"", g.name);
     out.append(" >\r\n");
     for (const AlarmDataItem& d : g.data)
         writeData(out, d);
@@ -151,7 +145,7 @@ void writeGroup(std::string& out, const AlarmGroup& g) {
 
 void AlarmSection::write(std::string& out) const {
     out.append("<?xml version=\"1.0\" ?>\r\n<alarm>\r\n");
-    attr(out, "\t<alarmlog size=\"", logSize_);
+    appendAttr(out, "\t<alarmlog size=\"", logSize_);
     out.append(" />\r\n");
     for (const AlarmGroup& g : groups_)
         writeGroup(out, g);

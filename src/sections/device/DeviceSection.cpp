@@ -255,35 +255,28 @@ bool DeviceSection::read(const std::string& path, ReadContext& ctx) {
 
 namespace {
 
-// ` name="value"`: the value as held, never escaped.
-inline void attr(std::string& out, std::string_view prefix, const std::string& value) {
-    out.append(prefix);
-    out.append(value);
-    out.push_back('"');
-}
-
 void writeData(std::string& out, const DeviceDataItem& d) {
-    attr(out, "\t\t\t<data type=\"", d.type);
-    attr(out, " address=\"", d.address);
-    attr(out, " dataname=\"", d.dataname);
-    attr(out, " status_var=\"", d.status_var);
-    attr(out, " group=\"", d.group);
+    appendAttr(out, "\t\t\t<data type=\"", d.type);
+    appendAttr(out, " address=\"", d.address);
+    appendAttr(out, " dataname=\"", d.dataname);
+    appendAttr(out, " status_var=\"", d.status_var);
+    appendAttr(out, " group=\"", d.group);
     out.append(" mode=\"");
     out.append(dataModeKeyword(d.mode));
-    attr(out, "\" enable=\"", d.enable);
+    appendAttr(out, "\" enable=\"", d.enable);
     out.append("/>\r\n");
 }
 
 void writeDevice(std::string& out, const DeviceItem& d) {
-    attr(out, "\t\t<device name=\"", d.name);
-    attr(out, " address=\"", d.address);
-    attr(out, " driver=\"", d.driver);
-    attr(out, " manufacturer=\"", d.manufacturer);
-    attr(out, " product=\"", d.product);
-    attr(out, " params=\"", d.params);
-    attr(out, " status_var=\"", d.status_var);
-    attr(out, " control_var=\"", d.control_var);
-    attr(out, " enable=\"", d.enable);
+    appendAttr(out, "\t\t<device name=\"", d.name);
+    appendAttr(out, " address=\"", d.address);
+    appendAttr(out, " driver=\"", d.driver);
+    appendAttr(out, " manufacturer=\"", d.manufacturer);
+    appendAttr(out, " product=\"", d.product);
+    appendAttr(out, " params=\"", d.params);
+    appendAttr(out, " status_var=\"", d.status_var);
+    appendAttr(out, " control_var=\"", d.control_var);
+    appendAttr(out, " enable=\"", d.enable);
     out.append(">\r\n");
     for (const DeviceDataItem& item : d.data)
         writeData(out, item);
@@ -291,27 +284,27 @@ void writeDevice(std::string& out, const DeviceItem& d) {
 }
 
 void writeLink(std::string& out, const LinkItem& l) {
-    attr(out, "\t<link name=\"", l.name);
-    attr(out, " period=\"", l.period);
-    attr(out, " status_var=\"", l.status_var);
-    attr(out, " control_var=\"", l.control_var);
-    attr(out, " enable=\"", l.enable);
-    attr(out, " redundtype=\"", l.redundtype);
-    attr(out, " masterlink=\"", l.masterlink);
-    attr(out, " timeout=\"", l.timeout);
-    attr(out, " params=\"", l.params);
-    attr(out, " driver=\"", l.driver);
+    appendAttr(out, "\t<link name=\"", l.name);
+    appendAttr(out, " period=\"", l.period);
+    appendAttr(out, " status_var=\"", l.status_var);
+    appendAttr(out, " control_var=\"", l.control_var);
+    appendAttr(out, " enable=\"", l.enable);
+    appendAttr(out, " redundtype=\"", l.redundtype);
+    appendAttr(out, " masterlink=\"", l.masterlink);
+    appendAttr(out, " timeout=\"", l.timeout);
+    appendAttr(out, " params=\"", l.params);
+    appendAttr(out, " driver=\"", l.driver);
     if (l.driver == "serial") {
-        attr(out, " devname=\"", l.devname);
-        attr(out, " baudrate=\"", l.baudrate);
-        attr(out, " data_bits=\"", l.data_bits);
-        attr(out, " parity=\"", l.parity);
-        attr(out, " stop_bits=\"", l.stop_bits);
+        appendAttr(out, " devname=\"", l.devname);
+        appendAttr(out, " baudrate=\"", l.baudrate);
+        appendAttr(out, " data_bits=\"", l.data_bits);
+        appendAttr(out, " parity=\"", l.parity);
+        appendAttr(out, " stop_bits=\"", l.stop_bits);
     } else if (l.driver == "tcpclient") {
-        attr(out, " server_ip=\"", l.server_ip);
-        attr(out, " server_port=\"", l.server_port);
+        appendAttr(out, " server_ip=\"", l.server_ip);
+        appendAttr(out, " server_port=\"", l.server_port);
     } else if (l.driver == "tcpserver") {
-        attr(out, " server_port=\"", l.listen_port);
+        appendAttr(out, " server_port=\"", l.listen_port);
     }
     out.append(">\r\n");
     for (const DeviceItem& d : l.devices)

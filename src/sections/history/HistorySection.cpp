@@ -126,33 +126,27 @@ bool HistorySection::read(const std::string& path, ReadContext& ctx) {
 
 namespace {
 
-inline void attr(std::string& out, std::string_view prefix, const std::string& value) {
-    out.append(prefix);
-    out.append(value);
-    out.push_back('"');
-}
-
 void writeData(std::string& out, const HistoryData& d) {
-    attr(out, "\t\t\t<data dbname=\"", d.dbname);
-    attr(out, " dataname=\"", d.dataname);
-    attr(out, " type=\"", d.type);
+    appendAttr(out, "\t\t\t<data dbname=\"", d.dbname);
+    appendAttr(out, " dataname=\"", d.dataname);
+    appendAttr(out, " type=\"", d.type);
     if (d.type == "period")
-        attr(out, " periodvalue=\"", d.periodvalue);
+        appendAttr(out, " periodvalue=\"", d.periodvalue);
     else if (d.type == "change")
-        attr(out, " changevalue=\"", d.changevalue);
+        appendAttr(out, " changevalue=\"", d.changevalue);
     else if (d.type == "vartrigger")
-        attr(out, " trigvarname=\"", d.trigvarname);
-    attr(out, " queryvarname=\"", d.queryvarname);
-    attr(out, " description=\"", d.description);
+        appendAttr(out, " trigvarname=\"", d.trigvarname);
+    appendAttr(out, " queryvarname=\"", d.queryvarname);
+    appendAttr(out, " description=\"", d.description);
     out.append("/>\r\n");
 }
 
 void writeHistorydb(std::string& out, const HistoryRecord& r) {
-    attr(out, "\t<historydb name=\"", r.name);
-    attr(out, " period=\"", r.period);
-    attr(out, " path=\"", r.path);
-    attr(out, " remaindays=\"", r.remaindays);
-    attr(out, " indexperiod=\"", r.indexperiod);
+    appendAttr(out, "\t<historydb name=\"", r.name);
+    appendAttr(out, " period=\"", r.period);
+    appendAttr(out, " path=\"", r.path);
+    appendAttr(out, " remaindays=\"", r.remaindays);
+    appendAttr(out, " indexperiod=\"", r.indexperiod);
     out.append(">\r\n\t\t<logdata>\r\n");
     for (const HistoryData& d : r.data)
         writeData(out, d);
