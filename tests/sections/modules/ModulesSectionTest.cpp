@@ -1,148 +1,90 @@
 #include "sections/modules/ModulesSection.h"
-#include "support/TestSupport.h"
+#include "support/SectionTestKit.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 using namespace rq;
+using rqtest::readSection;
+using rqtest::written;
 
 namespace {
 
-bool readPath(ModulesSection& s, const std::string& path, std::string* error = nullptr) {
-    rqtest::RecordingSink sink;
-    ReadContext ctx{sink, nullptr, nullptr, {}};
-    bool ok = s.read(path, ctx);
-    if (error)
-        *error = ctx.error;
-    EXPECT_TRUE(sink.entries.empty());
-    return ok;
-}
-
-bool readText(ModulesSection& s, const std::string& bytes, std::string* error = nullptr) {
+bool readText(ModulesSection& s, const std::string& bytes) {
     rqtest::TempDir dir;
     rqtest::writeFile(dir.file("modules.xml"), bytes);
-    return readPath(s, dir.file("modules.xml"), error);
+    return readSection(s, dir.file("modules.xml"));
 }
-
-std::string written(const ModulesSection& s) {
-    std::string out;
-    s.write(out);
-    return out;
-}
-
-std::string oneModule(const std::string& attrs) {
-    return "<modules><module name=\"m\" " + attrs + "/></modules>";
-}
-
-class NoData : public CheckContext {
-public:
-    bool hasRealtimeData(std::string_view, std::string_view) const override { return false; }
-};
 
 } // namespace
 
-TEST(ModulesWriter, ModelBuiltInCodeGivesTheGoldenBytes) {
+TEST(ModulesSection, GoldenCasesAndTheModelOfTheMainCase) {
+    for (const std::string& c : rqtest::caseNames("modules")) {
+        SCOPED_TRACE(c);
+        rqtest::expectGolden<ModulesSection>("modules", c);
+    }
+    ModulesSection model;
+    model.modules().push_back({"pump", "-DPUMP=1 -DTAG=\"p\"",
+                               "\"%PRJ_DIR%/pump.c\" \"/src/a b.c\" ", "a<b && c>d 'x'", true});
+    model.modules().push_back({"\u6ce8\u6c34", "", "\"w.c\" ", "", false});
+    const auto golden = rqtest::dataPath("modules", "modules", "input.xml");
+    EXPECT_EQ(written(model), rqtest::readFile(golden));
     ModulesSection s;
-    s.modules().push_back({"pump", "-DPUMP=1 -DTAG=\"p\"", "\"%PRJ_DIR%/pump.c\" \"/src/a b.c\" ",
-                           "a<b && c>d 'x'", true});
-    s.modules().push_back({"\u6ce8\u6c34", "", "\"w.c\" ", "", false});
-    EXPECT_EQ(written(s), rqtest::readFile(rqtest::dataPath("modules", "modules", "input.xml")));
+    ASSERT_TRUE(readSection(s, golden.string()));
+    EXPECT_EQ(s.modules(), model.modules());
+    EXPECT_EQ(s.counts(), (std::vector<std::pair<std::string, std::size_t>>{{"modules", 2}}));
 }
 
-TEST(ModulesWriter, EscapesDefinesSourcesAndParamsButNotTheName) {
+TEST(ModulesSection, EscapesEverythingButTheName) {
     ModulesSection s;
     s.modules().push_back({"a&b", "a&lt;b", "\"<'>&", "&amp;", true});
     EXPECT_EQ(written(s), rqtest::crlf("<?xml version=\"1.0\" ?>\n<modules>\n"
                                        "\t<module name=\"a&b\" defines=\"a&amp;lt;b\" "
                                        "srcfiles=\"&quot;&lt;&apos;&gt;&amp;\" "
                                        "params=\"&amp;amp;\" enable=\"1\"/>\n</modules>\n"));
-    // The raw name keeps the file from reading back, as on the device.
-    ModulesSection back;
+    ModulesSection back; // the raw name keeps the file from reading back, as on the device
     EXPECT_FALSE(readText(back, written(s)));
 }
 
-TEST(ModulesGolden, EveryCaseReadsWritesAndReadsBack) {
-    auto cases = rqtest::caseNames("modules");
-    ASSERT_GE(cases.size(), 3u);
-    for (const std::string& c : cases) {
-        SCOPED_TRACE(c);
-        auto input = rqtest::dataPath("modules", c, "input.xml");
-        auto expectedPath = rqtest::dataPath("modules", c, "expected.xml");
-        std::string expected =
-            rqtest::readFile(std::filesystem::exists(expectedPath) ? expectedPath : input);
-        ModulesSection s;
-        ASSERT_TRUE(readPath(s, input.string()));
-        std::string once = written(s);
-        EXPECT_EQ(once, expected);
-        ModulesSection again;
-        ASSERT_TRUE(readText(again, once));
-        EXPECT_EQ(again.modules(), s.modules());
-    }
-}
-
-TEST(ModulesReader, FieldsDefaultsAndEnable) {
-    ModulesSection s;
-    ASSERT_TRUE(readPath(s, rqtest::dataPath("modules", "modules", "input.xml").string()));
-    ASSERT_EQ(s.modules().size(), 2u);
-    EXPECT_EQ(s.modules()[0].defines, "-DPUMP=1 -DTAG=\"p\"");
-    EXPECT_EQ(s.modules()[0].srcfiles, "\"%PRJ_DIR%/pump.c\" \"/src/a b.c\" ");
-    EXPECT_EQ(s.modules()[0].params, "a<b && c>d 'x'");
-    EXPECT_EQ(s.counts(), (std::vector<std::pair<std::string, std::size_t>>{{"modules", 2}}));
-
+TEST(ModulesSection, OnlyExactlyOneEnables) {
     const std::pair<const char*, bool> enables[] = {
-        {"enable=\"1\"", true},   {"enable=\"0\"", false},  {"enable=\"yes\"", false},
-        {"enable=\"\"", false},   {"enable=\"01\"", false}, {"enable=\"1 \"", false},
-        {"defines=\"x\"", false}, // absent
-    };
+        {"enable=\"1\"", true},  {"enable=\"0\"", false},  {"enable=\"yes\"", false},
+        {"enable=\"\"", false},  {"enable=\"01\"", false}, {"enable=\"1 \"", false},
+        {"defines=\"x\"", false}};
     for (const auto& [attrs, enabled] : enables) {
-        SCOPED_TRACE(attrs);
-        ASSERT_TRUE(readText(s, oneModule(attrs)));
-        ASSERT_EQ(s.modules().size(), 1u);
-        EXPECT_EQ(s.modules()[0].enable, enabled);
-    }
-}
-
-TEST(ModulesReader, BadInputFailsCleanly) {
-    const std::string rows[] = {
-        "<modules><module name=\"a\"></modules>",
-        "<?xml version=\"1.0\" ?>\r\n<Modules>\r\n</Modules>\r\n",
-        "",
-        "<modules><module name=\"\xff\xfe\"/></modules>",
-        "<modules><module name=\"a\" defines=\"a&b\"/></modules>",
-    };
-    for (const std::string& bytes : rows) {
-        SCOPED_TRACE(bytes);
         ModulesSection s;
-        s.modules().push_back({"old", "", "", "", true});
-        std::string error;
-        EXPECT_FALSE(readText(s, bytes, &error));
-        EXPECT_FALSE(error.empty());
-        EXPECT_TRUE(s.modules().empty());
+        ASSERT_TRUE(
+            readText(s, std::string("<modules><module name=\"m\" ") + attrs + "/></modules>"));
+        ASSERT_EQ(s.modules().size(), 1u);
+        EXPECT_EQ(s.modules()[0].enable, enabled) << attrs;
     }
 }
 
-TEST(ModulesReader, LongValuesAndDeviceCodePage) {
-    ModulesSection s;
+TEST(ModulesSection, BadFilesFail) {
+    ModulesSection filled;
+    filled.modules().push_back({"old", "", "", "", true});
+    rqtest::expectBadFilesFail(filled, "<module/>", "<Modules>\r\n</Modules>\r\n",
+                               "<modules><module name=\"a\"></modules>",
+                               "<modules><module name=\"\xff\xfe\"/></modules>");
+}
+
+TEST(ModulesSection, LongValuesAndDeviceCodePage) {
+    ModulesSection s, back;
     std::string sources;
     for (int i = 0; sources.size() < (1u << 20); ++i)
         sources += "\"/very/long/path/" + std::to_string(i) + "&<>.c\" ";
     s.modules().push_back({"big", "-D'A'", sources, std::string(100000, '"'), true});
-    ModulesSection back;
     ASSERT_TRUE(readText(back, written(s)));
     EXPECT_EQ(back.modules(), s.modules());
-
     ASSERT_TRUE(readText(back, "<modules><module name=\"\xd6\xf7\" enable=\"1\"/></modules>"));
     ASSERT_EQ(back.modules().size(), 1u);
     EXPECT_EQ(back.modules()[0].name, "\u4e3b");
 }
 
-TEST(ModulesCheck, OnlyTheUnescapedNameIsReported) {
+TEST(ModulesSection, CheckReportsOnlyTheUnescapedName) {
     ModulesSection s;
     s.modules().push_back({"ok", "<&\"", "\"a.c\" ", "<", true});
     s.modules().push_back({"bad\"name", "", "", "", false});
-    NoData ctx;
+    rqtest::FakeCheck ctx;
     s.check(ctx);
-    ASSERT_EQ(ctx.findings().size(), 1u) << ::testing::PrintToString(ctx.findings());
-    EXPECT_EQ(ctx.findings()[0].rfind("modules.xml: module \"bad\"name\" name: ", 0), 0u);
+    ctx.expectFindings({"modules.xml: module \"bad\"name\" name: "});
 }
