@@ -11,7 +11,7 @@ using namespace rq;
 namespace {
 
 TEST(WindowFiles, ReservedNamesAndTheXmlRule) {
-    for (const char* name : {"rtdb.xml", "opcda.xml", "hmiwindow.xml", "ladder.xml", "printer.xml"})
+    for (const char* name : {"rtdb.xml", "hmiwindow.xml", "printer.xml"})
         EXPECT_TRUE(isReservedWindowFileName(name)) << name;
     for (const char* name : {"RTDB.xml", "rtdb", "rtdb.xml ", "./rtdb.xml", "rqrun.xml", ""})
         EXPECT_FALSE(isReservedWindowFileName(name)) << name;
@@ -26,30 +26,16 @@ TEST(WindowFiles, ReservedNamesAndTheXmlRule) {
 }
 
 TEST(WindowFiles, TemplateTakesTheScreenSizeOf1024x768WithoutHmiType) {
-    const auto lines = [](int w, int h) {
-        return rqtest::crlf("<?xml version=\"1.0\" ?>\n<hmiwidget>\n"
-                            "<widget name=\"window\"  class=\"window\">\n<properties>\n"
-                            "<property name=\"left\" type=\"short\" value=\"0\" />\n"
-                            "<property name=\"right\" type=\"short\" value=\"" +
-                            std::to_string(w) +
-                            "\" />\n"
-                            "<property name=\"top\" type=\"short\" value=\"0\" />\n"
-                            "<property name=\"bottom\" type=\"short\" value=\"" +
-                            std::to_string(h) +
-                            "\" />\n"
-                            "<property name=\"visible\" type=\"uchar\" value=\"1\" />\n"
-                            "<property name=\"noredraw\" type=\"uchar\" value=\"0\" />\n"
-                            "<property name=\"style\" type=\"ulong\" value=\"0\" />\n"
-                            "<property name=\"bkcolor\" type=\"ulong\" value=\"16777215\" />\n"
-                            "</properties>\n</widget>\n</hmiwidget>\n");
+    const auto golden = [](const char* size) {
+        return rqtest::readFile(rqtest::dataPath("window_template", size, "expected.xml"));
     };
     ScreenSize size = windowScreenSize(nullptr);
-    EXPECT_EQ(windowTemplateText(size.width, size.height), lines(1024, 768));
+    EXPECT_EQ(windowTemplateText(size.width, size.height), golden("1024x768"));
     HmiDeviceType type;
     type.screenWidth = 800;
     type.screenHeight = 480;
     size = windowScreenSize(&type);
-    EXPECT_EQ(windowTemplateText(size.width, size.height), lines(800, 480));
+    EXPECT_EQ(windowTemplateText(size.width, size.height), golden("800x480"));
 }
 
 TEST(WindowFiles, CreatesOnlyWhenNoFileCanBeOpened) {
