@@ -2,48 +2,30 @@
 // tests, the writer's kind-specific attributes, bad input and the checks.
 
 #include "sections/device/DeviceSection.h"
-#include "support/TestSupport.h"
+#include "support/SectionTestKit.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <set>
 #include <sstream>
 
 using namespace rq;
 using rqtest::crlf;
 using rqtest::RecordingSink;
 using rqtest::TempDir;
+using rqtest::written;
 
 namespace {
-
-ReadContext makeCtx(MessageSink& sink) {
-    return ReadContext{sink, nullptr, nullptr, {}};
-}
-
-std::string written(const DeviceSection& s) {
-    std::string out;
-    s.write(out);
-    return out;
-}
 
 bool readText(DeviceSection& s, const std::string& bytes, RecordingSink& sink,
               std::string* error = nullptr) {
     TempDir dir;
     rqtest::writeFile(dir.path() / "device.xml", bytes);
-    ReadContext ctx = makeCtx(sink);
+    ReadContext ctx{sink, nullptr, nullptr, {}};
     const bool ok = s.read(dir.file("device.xml"), ctx);
     if (error)
         *error = ctx.error;
     return ok;
-}
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> out;
-    std::istringstream in(text);
-    for (std::string l; std::getline(in, l);)
-        out.push_back(l);
-    return out;
 }
 
 LinkCommonFields named(const std::string& name,
@@ -55,52 +37,37 @@ LinkCommonFields named(const std::string& name,
     return c;
 }
 
-class FakeCheck : public CheckContext {
-public:
-    std::set<std::pair<std::string, std::string>> known;
-    bool hasRealtimeData(std::string_view db, std::string_view data) const override {
-        return known.count({std::string(db), std::string(data)}) > 0;
-    }
-};
-
 } // namespace
-
-class DeviceGolden : public testing::TestWithParam<std::string> {};
 
 // Each case: input.xml read, written, compared with expected.xml byte for byte;
 // the expected file read again writes itself; messages.txt lists what reading shows.
-TEST_P(DeviceGolden, ReadWriteReadGivesTheExpectedBytes) {
-    const std::string c = GetParam();
-    RecordingSink sink;
-    DeviceSection s;
-    ReadContext ctx = makeCtx(sink);
-    ASSERT_TRUE(s.read(rqtest::dataPath("device", c, "input.xml").string(), ctx)) << ctx.error;
-    const std::string expected = rqtest::readFile(rqtest::dataPath("device", c, "expected.xml"));
-    EXPECT_EQ(written(s), expected);
-
-    std::vector<std::string> wantMessages;
-    const auto messages = rqtest::dataPath("device", c, "messages.txt");
-    if (std::filesystem::exists(messages))
-        wantMessages = lines(rqtest::readFile(messages));
-    EXPECT_EQ(sink.texts(), wantMessages);
-    for (const auto& e : sink.entries)
-        EXPECT_EQ(e.icon, MessageIcon::Stop);
-
-    DeviceSection again;
-    RecordingSink quiet;
-    ReadContext ctx2 = makeCtx(quiet);
-    ASSERT_TRUE(again.read(rqtest::dataPath("device", c, "expected.xml").string(), ctx2));
-    EXPECT_EQ(written(again), expected);
-    EXPECT_TRUE(quiet.entries.empty());
+TEST(DeviceGolden, ReadWriteReadGivesTheExpectedBytes) {
+    for (const std::string& c : rqtest::caseNames("device")) {
+        SCOPED_TRACE(c);
+        DeviceSection s, again;
+        RecordingSink sink, quiet;
+        ASSERT_TRUE(
+            readText(s, rqtest::readFile(rqtest::dataPath("device", c, "input.xml")), sink));
+        const std::string expected =
+            rqtest::readFile(rqtest::dataPath("device", c, "expected.xml"));
+        EXPECT_EQ(written(s), expected);
+        std::vector<std::string> want;
+        const auto messages = rqtest::dataPath("device", c, "messages.txt");
+        std::istringstream in(std::filesystem::exists(messages) ? rqtest::readFile(messages) : "");
+        for (std::string l; std::getline(in, l);)
+            want.push_back(l);
+        EXPECT_EQ(sink.texts(), want);
+        for (const auto& e : sink.entries)
+            EXPECT_EQ(e.icon, MessageIcon::Stop);
+        ASSERT_TRUE(readText(again, expected, quiet));
+        EXPECT_EQ(written(again), expected);
+        EXPECT_TRUE(quiet.entries.empty());
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, DeviceGolden, testing::ValuesIn(rqtest::caseNames("device")));
-
 TEST(DeviceModel, ReaderKeepsRecordFieldsAsRead) {
-    RecordingSink sink;
     DeviceSection s;
-    ReadContext ctx = makeCtx(sink);
-    ASSERT_TRUE(s.read(rqtest::dataPath("device", "kinds", "input.xml").string(), ctx));
+    ASSERT_TRUE(rqtest::readSection(s, rqtest::dataPath("device", "kinds", "input.xml").string()));
     ASSERT_EQ(s.links().size(), 6u);
     EXPECT_EQ(s.links()[0].devices[0].data[0].mode, "Circularly reading");
     EXPECT_EQ(s.links()[3].listen_port, "5020");
@@ -129,10 +96,7 @@ TEST(DeviceWriter, SerialLinkWithDefaults) {
 
 // Each kind writes its own attributes only, whatever else the record holds.
 TEST(DeviceWriter, KindSpecificAttributes) {
-    struct Row {
-        LinkKind kind;
-        const char* tail;
-    } rows[] = {
+    const std::pair<LinkKind, const char*> rows[] = {
         {LinkKind::Serial, " driver=\"serial\" devname=\"D\" baudrate=\"B\" data_bits=\"7\" "
                            "parity=\"1\" stop_bits=\"2\">"},
         {LinkKind::None, " driver=\"none\">"},
@@ -141,16 +105,15 @@ TEST(DeviceWriter, KindSpecificAttributes) {
         {LinkKind::Ferolt, " driver=\"ferolt\">"},
     };
     LinkKindFields f{"D", "B", "7", "1", "2", "IP", "CP", "LP"};
-    for (const Row& row : rows) {
+    for (const auto& [kind, tail] : rows) {
         DeviceSection s;
         RecordingSink sink;
-        LinkItem* link = s.addLink(row.kind, LinkCommonFields{}, f, sink);
+        LinkItem* link = s.addLink(kind, LinkCommonFields{}, f, sink);
         ASSERT_NE(link, nullptr);
         // Fields of other kinds filled afterwards are still not written.
         static_cast<LinkKindFields&>(*link) = f;
-        const std::string out = written(s);
-        EXPECT_NE(out.find(std::string(row.tail) + "\r\n\t</link>"), std::string::npos)
-            << linkKindKeyword(row.kind) << ": " << out;
+        EXPECT_NE(written(s).find(std::string(tail) + "\r\n\t</link>"), std::string::npos)
+            << linkKindKeyword(kind) << ": " << written(s);
     }
 }
 
@@ -213,31 +176,13 @@ TEST(DeviceModel, DeviceNamesAreUniquePerLink) {
 }
 
 TEST(DeviceReader, BadInputFailsCleanly) {
-    struct Row {
-        const char* what;
-        std::string bytes;
-    } rows[] = {
-        {"malformed", "<?xml version=\"1.0\" ?>\n<devices>\n\t<link name=\"a\" driver=\"none\">\n"},
-        {"wrong root", "<?xml version=\"1.0\" ?>\n<Devices>\n</Devices>\n"},
-        {"no root", "<?xml version=\"1.0\" ?>\n"},
-        {"unescaped quote in a name",
-         "<devices><link name=\"a\"b\" driver=\"none\"></link></devices>"},
-        {"empty file", ""},
-    };
-    for (const Row& row : rows) {
-        DeviceSection s;
-        RecordingSink sink;
-        s.addLink(LinkKind::None, named("old"), {}, sink);
-        std::string error;
-        EXPECT_FALSE(readText(s, row.bytes, sink, &error)) << row.what;
-        EXPECT_FALSE(error.empty()) << row.what;
-        EXPECT_TRUE(s.links().empty()) << row.what;
-    }
-    DeviceSection s;
+    DeviceSection filled;
     RecordingSink sink;
-    ReadContext ctx = makeCtx(sink);
-    EXPECT_FALSE(s.read("/nonexistent/device.xml", ctx));
-    EXPECT_FALSE(ctx.error.empty());
+    filled.addLink(LinkKind::None, named("old"), {}, sink);
+    rqtest::expectBadFilesFail(
+        filled, "<links/>", "<?xml version=\"1.0\" ?>\n<Devices>\n</Devices>\n",
+        "<devices><link name=\"a\"b\" driver=\"none\"></link></devices>",
+        "<devices><link name=\"\xff\xfe\" driver=\"none\"></link></devices>");
 }
 
 TEST(DeviceReader, NameWithQuoteIsWrittenRawAndNoLongerParses) {
@@ -293,22 +238,14 @@ TEST(DeviceCheck, ReportsRawValuesReferencesUnknownKindsAndDuplicates) {
     DeviceSection::addDevice(*a, d, sink); // refused
     a->devices.push_back(d);               // a duplicate only Modify could make
 
-    FakeCheck ctx;
-    ctx.known = {{"db", "ok"}};
+    rqtest::FakeCheck ctx{{"db", "ok"}};
     s.check(ctx);
-    const std::string all = [&] {
-        std::string t;
-        for (const auto& f : ctx.findings())
-            t += f + "\n";
-        return t;
-    }();
-    EXPECT_NE(all.find("device.xml: duplicate link \"a\""), std::string::npos) << all;
-    EXPECT_NE(all.find("unknown kind \"bogus\""), std::string::npos) << all;
-    EXPECT_NE(all.find("device.xml: duplicate device \"d<1\" in link \"a\""), std::string::npos)
-        << all;
-    EXPECT_NE(all.find("device \"d<1\" name"), std::string::npos) << all;
-    EXPECT_NE(all.find("db.missing"), std::string::npos) << all;
-    EXPECT_NE(all.find("db.gone"), std::string::npos) << all;
-    EXPECT_NE(all.find("data 2 has no type"), std::string::npos) << all;
+    std::string all;
+    for (const auto& f : ctx.findings())
+        all += f + "\n";
+    for (const char* part : {"device.xml: duplicate link \"a\"", "unknown kind \"bogus\"",
+                             "device.xml: duplicate device \"d<1\" in link \"a\"",
+                             "device \"d<1\" name", "db.missing", "db.gone", "data 2 has no type"})
+        EXPECT_NE(all.find(part), std::string::npos) << part << "\n" << all;
     EXPECT_EQ(all.find("\"db.ok\""), std::string::npos) << all; // a known reference passes
 }
