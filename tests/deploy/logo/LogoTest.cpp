@@ -8,128 +8,53 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <filesystem>
-#include <functional>
 #include <mutex>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-struct BmpShape {
-    int32_t width = 2, height = 2;
-    uint16_t bits = 24;
-    uint32_t compression = 0, coloursUsed = 0;
-    const char* signature = "BM";
-    uint32_t extraGap = 0; // bytes between the headers and the pixels
-};
-
-void put16(std::string& s, uint16_t v) {
-    s += static_cast<char>(v & 0xFF);
-    s += static_cast<char>(v >> 8);
-}
-void put32(std::string& s, uint32_t v) {
-    for (int i = 0; i < 4; ++i)
-        s += static_cast<char>((v >> (8 * i)) & 0xFF);
-}
-
-// A bitmap whose stored rows (bottom row first) come from `pixel(x, storedRow)`
-// as blue, green, red; the padding bytes are 0xEE so that leaking them shows.
-std::string makeBmp(const BmpShape& b,
-                    const std::function<std::array<uint8_t, 3>(int, int)>& pixel) {
-    const int32_t rows = b.height < 0 ? -b.height : b.height;
-    const uint32_t stride = (b.width * 3 + 3) / 4 * 4;
-    std::string s = b.signature;
-    put32(s, 0);
-    put32(s, 0);
-    put32(s, 54 + b.extraGap);
-    put32(s, 40);
-    put32(s, static_cast<uint32_t>(b.width));
-    put32(s, static_cast<uint32_t>(b.height));
-    put16(s, 1);
-    put16(s, b.bits);
-    put32(s, b.compression);
-    put32(s, stride * rows);
-    put32(s, 2835);
-    put32(s, 2835);
-    put32(s, b.coloursUsed);
-    put32(s, 0);
-    s.append(b.extraGap, '\x55');
-    for (int32_t r = 0; r < rows; ++r) {
-        std::string row;
-        for (int32_t x = 0; x < b.width; ++x)
-            for (uint8_t v : pixel(x, r))
-                row += static_cast<char>(v);
-        row.resize(stride, '\xEE');
-        s += row;
-    }
-    return s;
+// Bitmaps under tests/data/logo/bitmaps: stored rows bottom first, padding bytes 0xEE
+// so that leaking them shows.
+std::string bmp(const char* name) {
+    return rqtest::dataPath("logo", "bitmaps", name).string();
 }
 
 TEST(ConvertBitmap, PixelsRowsAndPadding) {
     EXPECT_EQ(rq::rgb565(0xFF, 0xFF, 0xFF), 0xFFFF);
     EXPECT_EQ(rq::rgb565(0x08, 0x04, 0x08), 0x0821);
     EXPECT_EQ(rq::rgb565(0x07, 0x03, 0x07), 0x0000); // cut, not rounded
-
+    // a.bmp: 3x2 with 3 padding bytes per row and 6 bytes between headers and pixels.
     rqtest::TempDir dir;
-    // Width 3: each stored row carries 3 padding bytes. Stored row 0 is the bottom.
-    BmpShape shape;
-    shape.width = 3;
-    shape.height = 2;
-    shape.extraGap = 6;
-    rqtest::writeFile(dir.path() / "a.bmp", makeBmp(shape, [](int x, int r) {
-                          if (r == 1) // the top row of the picture
-                              return std::array<uint8_t, 3>{0xFF, 0xFF, 0xFF};
-                          return std::array<uint8_t, 3>{0x08, 0x04, static_cast<uint8_t>(x << 3)};
-                      }));
     std::string message;
-    ASSERT_EQ(rq::ConvertBitmap(dir.file("a.bmp"), dir.file("logo"), message, 3, 2), 1) << message;
-    const std::string expected =
-        std::string("\xFF\xFF\xFF\xFF\xFF\xFF", 6) + std::string("\x21\x00\x21\x08\x21\x10", 6);
+    const std::string expected = rqtest::readFile(bmp("a.logo"));
+    ASSERT_EQ(rq::ConvertBitmap(bmp("a.bmp"), dir.file("logo"), message, 3, 2), 1) << message;
     EXPECT_EQ(rqtest::readFile(dir.path() / "logo"), expected);
-    // Size check off.
-    ASSERT_EQ(rq::ConvertBitmap(dir.file("a.bmp"), dir.file("logo2"), message, 0, 0), 1);
+    ASSERT_EQ(rq::ConvertBitmap(bmp("a.bmp"), dir.file("logo2"), message, 0, 0),
+              1); // no size check
     EXPECT_EQ(rqtest::readFile(dir.path() / "logo2"), expected);
 }
 
 TEST(ConvertBitmap, RefusalsCarryTheirMessages) {
     rqtest::TempDir dir;
-    auto black = [](int, int) { return std::array<uint8_t, 3>{0, 0, 0}; };
     const std::string format = "File format is error, please select 24-bit bmp format!";
-    struct Case {
-        const char* name;
-        BmpShape shape;
-        int w, h;
+    const auto refused = [&](const std::string& src, int size, const std::string& expected) {
         std::string message;
-    } cases[] = {
-        {"bits32", {2, 2, 32}, 2, 2, format},
-        {"bits8", {2, 2, 8}, 2, 2, format},
-        {"colours", {2, 2, 24, 0, 16}, 2, 2, format},
-        {"rle", {2, 2, 24, 1}, 2, 2, format},
-        {"signature", {2, 2, 24, 0, 0, "MB"}, 2, 2, format},
-        {"width", {3, 2}, 2, 2, "bmp width is error, need 2 pixel!"},
-        {"height", {2, 3}, 2, 2, "bmp height is error, need 2 pixel!"},
-        {"topdown", {2, -2}, 2, 2, "bmp height is error, need 2 pixel!"},
+        EXPECT_EQ(rq::ConvertBitmap(src, dir.file("out"), message, size, size), 0) << src;
+        EXPECT_EQ(message, expected) << src;
+        EXPECT_FALSE(fs::exists(dir.path() / "out")) << src;
     };
-    for (const auto& c : cases) {
-        const std::string src = dir.file(std::string(c.name) + ".bmp");
-        rqtest::writeFile(src, makeBmp(c.shape, black));
-        std::string message;
-        EXPECT_EQ(rq::ConvertBitmap(src, dir.file("out"), message, c.w, c.h), 0) << c.name;
-        EXPECT_EQ(message, c.message) << c.name;
-        EXPECT_FALSE(fs::exists(dir.path() / "out")) << c.name;
-    }
+    for (const char* name : {"bits32.bmp", "bits8.bmp", "colours.bmp", "rle.bmp", "signature.bmp"})
+        refused(bmp(name), 2, format);
+    refused(bmp("short.bmp"), 4, format); // 4x4 headers, pixels cut short
+    refused(bmp("width.bmp"), 2, "bmp width is error, need 2 pixel!");
+    for (const char* name : {"height.bmp", "topdown.bmp"})
+        refused(bmp(name), 2, "bmp height is error, need 2 pixel!");
+    refused(dir.file("none.bmp"), 0, "Can't Opent file:" + dir.file("none.bmp") + "!");
     std::string message;
-    EXPECT_EQ(rq::ConvertBitmap(dir.file("none.bmp"), dir.file("out"), message, 0, 0), 0);
-    EXPECT_EQ(message, "Can't Opent file:" + dir.file("none.bmp") + "!");
-    rqtest::writeFile(dir.path() / "short.bmp", makeBmp({4, 4}, black).substr(0, 70));
-    EXPECT_EQ(rq::ConvertBitmap(dir.file("short.bmp"), dir.file("out"), message, 4, 4), 0);
-    EXPECT_EQ(message, format);
-    EXPECT_FALSE(fs::exists(dir.path() / "out"));
-    rqtest::writeFile(dir.path() / "ok.bmp", makeBmp({2, 2}, black));
     const std::string target = dir.file("missing/dir/logo");
-    EXPECT_EQ(rq::ConvertBitmap(dir.file("ok.bmp"), target, message, 2, 2), 0);
+    EXPECT_EQ(rq::ConvertBitmap(bmp("ok.bmp"), target, message, 2, 2), 0);
     EXPECT_EQ(message, "write file :" + target + " failed!");
 }
 
@@ -190,15 +115,9 @@ struct Device {
     }
 };
 
-// A noisy picture, so that the compressed image is not trivially small.
+// A noisy 32x24 picture, so that the compressed image is not trivially small.
 void writeNoisyBmp(const fs::path& path) {
-    uint32_t seed = 1;
-    rqtest::writeFile(path, makeBmp({32, 24}, [&](int, int) {
-                          seed = seed * 1103515245 + 12345;
-                          return std::array<uint8_t, 3>{static_cast<uint8_t>(seed >> 16),
-                                                        static_cast<uint8_t>(seed >> 8),
-                                                        static_cast<uint8_t>(seed >> 24)};
-                      }));
+    fs::copy_file(bmp("noisy.bmp"), path);
 }
 
 std::vector<int> codesOf(Recorder& rec) {
