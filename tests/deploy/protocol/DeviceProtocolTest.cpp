@@ -29,8 +29,6 @@ std::string pattern(std::size_t size) {
     return s;
 }
 
-const std::string kOkStatus = replyHeader(2, 1) + std::string(1, '\1');
-
 } // namespace
 
 TEST(PackCountedString, BoundsAndLengthField) {
@@ -114,45 +112,36 @@ TEST(QueryDeviceType, FrameAndReplies) {
     }
 }
 
-TEST(PutFile, FrameLengthCoversOnlyTheTwoNames) {
-    TempDir dir;
-    const std::string content = pattern(2 * 65536 + 7); // crosses the piece size
-    writeFile(dir.file("pkg"), content);
-    const std::string ip = nextAddress();
-    const std::string expected = frame(2, counted("rqupdate.rqp") + counted("/tmp")) + "\x02" +
-                                 counted("secret") + be32(uint32_t(content.size())) + content;
-    // The reply type is not looked at.
-    RecordingServer server(ip, rq::kFilePort,
-                           {{{expected.size(), replyHeader(9, 1) + std::string(1, '\1')}}});
-    EXPECT_EQ(rq::PutFile(dir.file("pkg"), "rqupdate.rqp", "/tmp", ip, 2, "secret"),
-              rq::kTransferOk);
-    EXPECT_EQ(server.received().at(0), expected);
-}
-
-TEST(PutFile, LongNameIsCutAndLeavesNoRoomForTheDirectory) {
-    TempDir dir;
-    writeFile(dir.file("f"), "x");
-    const std::string ip = nextAddress();
-    // 1016 characters become 1015 with n = 1016; the directory then gets 4 bytes of
-    // room, too few for any counted string, and is left out.
-    const std::string name(1016, 'n');
-    const std::string expected =
-        frame(2, be32(1016) + std::string(1015, 'n') + '\0') + "\x02" + counted("") + be32(1) + "x";
-    RecordingServer server(ip, rq::kFilePort, {{{expected.size(), kOkStatus}}});
-    EXPECT_EQ(rq::PutFile(dir.file("f"), name, "/tmp", ip, 2, ""), rq::kTransferOk);
-    EXPECT_EQ(server.received().at(0), expected);
-}
-
-TEST(PutFile, NamesTravelInTheDeviceCodePage) {
+// The frame length covers only the two names; the content crosses the piece size.
+// A name of 1016 characters is cut to 1015 with n = 1016; the directory then gets 4
+// bytes of room, too few for any counted string, and is left out. Names and the
+// password travel in the device code page.
+TEST(PutFile, RequestBytes) {
     rq::setDeviceCodePage("GB2312");
-    TempDir dir;
-    writeFile(dir.file("f"), "x");
-    const std::string ip = nextAddress();
-    const std::string expected = frame(2, counted("\xCA\xFD\xBE\xDD.rqp") + counted("/tmp")) +
-                                 "\x02" + counted("\xC3\xDC") + be32(1) + "x";
-    RecordingServer server(ip, rq::kFilePort, {{{expected.size(), kOkStatus}}});
-    EXPECT_EQ(rq::PutFile(dir.file("f"), "数据.rqp", "/tmp", ip, 2, "密"), rq::kTransferOk);
-    EXPECT_EQ(server.received().at(0), expected);
+    const std::string big = pattern(2 * 65536 + 7);
+    struct Case {
+        std::string name, password, content, expected;
+    } cases[] = {
+        {"rqupdate.rqp", "secret", big,
+         frame(2, counted("rqupdate.rqp") + counted("/tmp")) + "\x02" + counted("secret") +
+             be32(uint32_t(big.size())) + big},
+        {std::string(1016, 'n'), "", "x",
+         frame(2, be32(1016) + std::string(1015, 'n') + '\0') + "\x02" + counted("") + be32(1) +
+             "x"},
+        {"数据.rqp", "密", "x",
+         frame(2, counted("\xCA\xFD\xBE\xDD.rqp") + counted("/tmp")) + "\x02" +
+             counted("\xC3\xDC") + be32(1) + "x"},
+    };
+    for (const Case& c : cases) {
+        TempDir dir;
+        writeFile(dir.file("f"), c.content);
+        const std::string ip = nextAddress();
+        // The reply type is not looked at.
+        RecordingServer server(ip, rq::kFilePort,
+                               {{{c.expected.size(), replyHeader(9, 1) + std::string(1, '\1')}}});
+        EXPECT_EQ(rq::PutFile(dir.file("f"), c.name, "/tmp", ip, 2, c.password), rq::kTransferOk);
+        EXPECT_EQ(server.received().at(0), c.expected) << c.name.substr(0, 20);
+    }
 }
 
 TEST(PutFile, RefusedReplies) {
