@@ -141,9 +141,38 @@ bool isValidUtf8(std::string_view bytes) {
     return true;
 }
 
-std::string toDeviceXml(std::string_view utf8) {
-    if (deviceCodePageIsUtf8() || isAscii(utf8))
-        return std::string(utf8);
+namespace {
+
+// Every non-ASCII character as "&#xHHHH;": the file then reads the same in any code
+// page.
+std::string asciiWithReferences(std::string_view utf8) {
+    std::string out;
+    out.reserve(utf8.size() * 3);
+    const unsigned char* p = reinterpret_cast<const unsigned char*>(utf8.data());
+    const size_t n = utf8.size();
+    for (size_t i = 0; i < n;) {
+        const int len = p[i] < 0x80 ? 1 : sequenceLength(p[i]);
+        if (len == 1) {
+            out += static_cast<char>(p[i++]);
+            continue;
+        }
+        if (len == 0 || i + len > n) {
+            out += '?';
+            ++i;
+            continue;
+        }
+        uint32_t cp = p[i] & (0xFF >> (len + 1));
+        for (int k = 1; k < len; ++k)
+            cp = (cp << 6) | (p[i + k] & 0x3F);
+        char ref[16];
+        std::snprintf(ref, sizeof ref, "&#x%04X;", cp);
+        out += ref;
+        i += len;
+    }
+    return out;
+}
+
+std::string convertForXml(std::string_view utf8) {
     if (auto whole = convert(deviceCodePage().c_str(), "UTF-8", utf8))
         return *whole;
     // Convert character by character where the whole text fails: runs that the
@@ -187,6 +216,20 @@ std::string toDeviceXml(std::string_view utf8) {
     }
     iconv_close(cd);
     return out;
+}
+
+} // namespace
+
+std::string toDeviceXml(std::string_view utf8) {
+    if (deviceCodePageIsUtf8() || isAscii(utf8))
+        return std::string(utf8);
+    std::string bytes = convertForXml(utf8);
+    // A file without an encoding declaration is read as UTF-8 when its bytes are valid
+    // UTF-8; code-page bytes that happen to be (GB2312 "小" is D0 A1, in UTF-8 "С")
+    // would come back as other characters.
+    if (!isAscii(bytes) && isValidUtf8(bytes))
+        return asciiWithReferences(utf8);
+    return bytes;
 }
 
 std::string toDeviceBytes(std::string_view utf8) {
