@@ -1,3 +1,4 @@
+#include "../transfer/TransferTestSupport.h"
 #include "core/FileUtil.h"
 #include "deploy/cipher/PackageCipher.h"
 #include "deploy/emulator/DeviceEmulator.h"
@@ -9,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <mutex>
 
 namespace fs = std::filesystem;
 
@@ -70,20 +70,6 @@ TEST(LogoDownload, CompressedImageLimit) {
     EXPECT_FALSE(fs::exists(gz));
 }
 
-struct Recorder : rq::TransferListener {
-    std::mutex m;
-    std::vector<rq::TransferEvent> events;
-    std::vector<std::string> statuses;
-    void onTransferEvent(const rq::TransferEvent& e) override {
-        std::lock_guard lock(m);
-        events.push_back(e);
-    }
-    void onStatus(const std::string& text) override {
-        std::lock_guard lock(m);
-        statuses.push_back(text);
-    }
-};
-
 TEST(LogoDownload, ChecksInOrder) {
     rqtest::TempDir dir;
     auto run = [&](rq::DeployProject p, std::string ip, std::string image) {
@@ -100,42 +86,20 @@ TEST(LogoDownload, ChecksInOrder) {
     EXPECT_EQ(o.message, "Can't Opent file:" + dir.file("none.bmp") + "!");
 }
 
-// A device emulator on its own loopback address.
-struct Device {
-    rqtest::TempDir root;
-    rq::EmulatorOptions options;
-    std::unique_ptr<rq::DeviceEmulator> emulator;
-    explicit Device(const std::string& address) {
-        options.address = address;
-        options.root = root.str();
-        options.type = "RQ-PLC320";
-        emulator = std::make_unique<rq::DeviceEmulator>(options);
-        std::string error;
-        EXPECT_TRUE(emulator->start(&error)) << error;
-    }
-};
-
 // A noisy 32x24 picture, so that the compressed image is not trivially small.
 void writeNoisyBmp(const fs::path& path) {
     fs::copy_file(bmp("noisy.bmp"), path);
 }
 
-std::vector<int> codesOf(Recorder& rec) {
-    std::vector<int> codes;
-    for (const auto& e : rec.events)
-        codes.push_back(e.code);
-    return codes;
-}
-
 TEST(LogoDownload, ShippedToolchainDeliversTheCompressedImage) {
-    Device device("127.31.1.1");
+    xfer::Device device("127.31.1.1", "RQ-PLC320");
     rqtest::TempDir project;
     writeNoisyBmp(project.path() / "in.bmp");
-    Recorder rec;
-    rq::LogoDownloadJob job({project.str(), "RQ-PLC320", "", ""}, 32, 24, device.options.address,
+    xfer::Recorder rec;
+    rq::LogoDownloadJob job({project.str(), "RQ-PLC320", "", ""}, 32, 24, device.ip,
                             project.file("in.bmp"), rq::programDirectory(), &rec);
     auto o = job.run();
-    EXPECT_EQ(codesOf(rec), (std::vector<int>{0, 1, 0, 1, 4, 5}));
+    EXPECT_EQ(rec.codes(), (std::vector<int>{0, 1, 0, 1, 4, 5}));
     ASSERT_EQ(rec.events.size(), 6u);
     EXPECT_EQ(rec.events[0].text.rfind("gzip ", 0) == 0 ||
                   rec.events[0].text.rfind("./gzip ", 0) == 0,
@@ -171,16 +135,16 @@ TEST(LogoDownload, SuccessWaitsForTheFlashWrite) {
                           rq::shellQuote(rq::joinPath(rq::programDirectory(), "rqpcli")) +
                           " package wrap pack.tar.gz rqupdate.rqp --mode 1 >/dev/null\n");
     fs::permissions(tools.path() / "downloadlogo.sh", fs::perms::owner_all);
-    Device device("127.31.1.2");
+    xfer::Device device("127.31.1.2", "RQ-PLC320");
     rqtest::TempDir project;
     writeNoisyBmp(project.path() / "in.bmp");
-    Recorder rec;
-    rq::LogoDownloadJob job({project.str(), "RQ-PLC320", "", ""}, 32, 24, device.options.address,
+    xfer::Recorder rec;
+    rq::LogoDownloadJob job({project.str(), "RQ-PLC320", "", ""}, 32, 24, device.ip,
                             project.file("in.bmp"), tools.str(), &rec);
     auto o = job.run();
     EXPECT_EQ(o.message, "Download startup image successfully!") << job.scriptErrors();
     EXPECT_EQ(o.icon, rq::MessageIcon::Information);
-    EXPECT_EQ(codesOf(rec), (std::vector<int>{0, 1, 0, 1, 4, 5}));
+    EXPECT_EQ(rec.codes(), (std::vector<int>{0, 1, 0, 1, 4, 5}));
     EXPECT_EQ(rec.events[4].result, 0);
     EXPECT_EQ(rec.events[5].result, 0);
     EXPECT_EQ(rec.statuses,
