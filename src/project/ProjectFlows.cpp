@@ -59,6 +59,37 @@ ProjectFlows::ProjectFlows(ProjectDocument& doc, ProjectDialogHost& host, Progra
                            std::string programDir)
     : doc_(doc), host_(host), launcher_(launcher), programDir_(std::move(programDir)) {}
 
+namespace {
+
+// The project's fields as the project dialog shows them.
+ProjectForm formOf(const ProjectModel& m) {
+    return {m.name, m.description, m.projectDirectory,
+            m.hmiType ? std::optional<std::string>(m.hmiType->display) : std::nullopt, m.slaveIp};
+}
+
+// What the project dialog's OK takes over: name, description, address and HMI type.
+void takeProjectForm(ProjectModel& m, const ProjectForm& form, const HmiDeviceType* type) {
+    m.name = form.name;
+    m.description = form.description;
+    m.slaveIp = form.slaveIp;
+    m.hmiType = type;
+}
+
+} // namespace
+
+// The project dialog with its checks on OK; the HMI type chosen, or null after
+// Cancel.
+const HmiDeviceType* ProjectFlows::runProjectDialog(ProjectForm& form, ProjectDialogMode mode) {
+    const HmiDeviceType* chosen = nullptr;
+    auto accept = [&](const ProjectForm& f) {
+        chosen = acceptProjectForm(f, mode, doc_);
+        return chosen != nullptr;
+    };
+    if (!host_.runProjectDialog(form, mode, accept))
+        return nullptr;
+    return chosen;
+}
+
 std::string ProjectFlows::documentTitle() const {
     const ProjectModel& m = doc_.model();
     return m.name.empty() ? std::string("Untitled") : m.name;
@@ -90,16 +121,8 @@ bool ProjectFlows::newProject() {
     m.libs_linux.clear();
 
     ProjectForm form;
-    const HmiDeviceType* chosen = nullptr;
-    auto accept = [&](const ProjectForm& f) {
-        chosen = acceptProjectForm(f, ProjectDialogMode::Create, doc_);
-        return chosen != nullptr;
-    };
-    if (host_.runProjectDialog(form, ProjectDialogMode::Create, accept) && chosen) {
-        m.name = form.name;
-        m.description = form.description;
-        m.slaveIp = form.slaveIp;
-        m.hmiType = chosen;
+    if (const HmiDeviceType* chosen = runProjectDialog(form, ProjectDialogMode::Create)) {
+        takeProjectForm(m, form, chosen);
         m.projectDirectory = projectDirectoryOf(form.path, form.name);
         m.modified = true;
     }
@@ -143,20 +166,9 @@ bool ProjectFlows::save() {
     if (m.name.empty()) {
         // The property dialog, in creation mode because the name is empty; its path
         // is not taken.
-        ProjectForm form{m.name, m.description, m.projectDirectory,
-                         m.hmiType ? std::optional<std::string>(m.hmiType->display) : std::nullopt,
-                         m.slaveIp};
-        const HmiDeviceType* chosen = nullptr;
-        auto accept = [&](const ProjectForm& f) {
-            chosen = acceptProjectForm(f, ProjectDialogMode::Create, doc_);
-            return chosen != nullptr;
-        };
-        if (host_.runProjectDialog(form, ProjectDialogMode::Create, accept) && chosen) {
-            m.name = form.name;
-            m.description = form.description;
-            m.slaveIp = form.slaveIp;
-            m.hmiType = chosen;
-        }
+        ProjectForm form = formOf(m);
+        if (const HmiDeviceType* chosen = runProjectDialog(form, ProjectDialogMode::Create))
+            takeProjectForm(m, form, chosen);
         if (m.name.empty())
             return false;
     }
@@ -188,20 +200,11 @@ bool ProjectFlows::property() {
     ProjectModel& m = doc_.model();
     ProjectDialogMode mode =
         m.name.empty() ? ProjectDialogMode::Create : ProjectDialogMode::Property;
-    ProjectForm form{m.name, m.description, m.projectDirectory,
-                     m.hmiType ? std::optional<std::string>(m.hmiType->display) : std::nullopt,
-                     m.slaveIp};
-    const HmiDeviceType* chosen = nullptr;
-    auto accept = [&](const ProjectForm& f) {
-        chosen = acceptProjectForm(f, mode, doc_);
-        return chosen != nullptr;
-    };
-    if (!host_.runProjectDialog(form, mode, accept) || !chosen)
+    ProjectForm form = formOf(m);
+    const HmiDeviceType* chosen = runProjectDialog(form, mode);
+    if (!chosen)
         return false;
-    m.name = form.name;
-    m.description = form.description;
-    m.slaveIp = form.slaveIp;
-    m.hmiType = chosen;
+    takeProjectForm(m, form, chosen);
     // The project file changes with these fields, so Save must not be skipped.
     m.modified = true;
     return true;

@@ -132,6 +132,7 @@ public:
 
 private:
     bool openWithoutQuestion(const std::string& dir);
+    const HmiDeviceType* runProjectDialog(ProjectForm& form, ProjectDialogMode mode);
     bool writeAll();
     bool runProgram(const std::string& commandLine);
 
