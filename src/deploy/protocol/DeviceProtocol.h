@@ -37,13 +37,41 @@ inline constexpr int kFilePort = 8100, kUpdatePort = 8102, kMonitorPort = 8103, 
 // Seconds every single receive waits for data.
 inline constexpr int kReceiveWaitSeconds = 5;
 
+// The bounds beyond the single receive wait, so that no device can hold a command
+// without end. A send that the device does not take within sendWaitSeconds fails.
+// A whole operation (connect excluded) may take operationBaseSeconds plus one
+// second for every minimumBytesPerSecond bytes moved so far, in either direction:
+// a steady transfer of any size completes, a trickle slower than that fails. Both
+// failures give kCommError.
+struct ProtocolLimits {
+    int sendWaitSeconds = 10;
+    int operationBaseSeconds = 30;
+    uint32_t minimumBytesPerSecond = 1024;
+};
+ProtocolLimits protocolLimits();
+// For tests and for the programs' options; applies to commands started afterwards.
+void setProtocolLimits(const ProtocolLimits& limits);
+
+// Why the calling thread's last command failed, beyond its TransferResult, for
+// callers that word more than the result. The result codes stay as they are.
+enum class TransferFailure {
+    None,
+    DeviceRefused, // the device answered with its refusal (status byte 0 or not 1)
+    TimedOut,      // a wait or the operation's deadline ran out
+    NotWhole,      // a put's name and directory do not fit the request frame
+};
+TransferFailure lastTransferFailure();
+// "the device refused the request" and the like; "" for None.
+const char* transferFailureText(TransferFailure failure);
+
 // Low-level operations: 1 success, 0 failure unless said otherwise.
 
 // A connected IPv4 TCP socket, or -1 after printing "create sock error!\n" or
 // "can't connect to server!\n" to standard error. The address is dotted text; no
 // name resolution.
 int ConnectDevice(const std::string& ip, int port);
-// Sends all bytes; a count below 1 succeeds at once.
+// Sends all bytes, each wait for the device to take more bounded by the send wait;
+// a count below 1 succeeds at once.
 int SendAll(int sock, const void* bytes, long count);
 // Command byte, big-endian length, then the payload when the length is not 0.
 int SendFrame(int sock, uint8_t command, uint32_t length, const void* payload);
@@ -64,12 +92,16 @@ std::size_t PackCountedString(char* buffer, std::size_t capacity, const char* te
 // Port 8100, command 1: the device's HMI type name into `buffer` (zero-terminated).
 TransferResult QueryDeviceType(const std::string& ip, char* buffer, uint32_t capacity);
 // Port 8100, command 2: sends a local file as remoteDir/remoteName. An empty or
-// unreadable local file gives kLocalFileError before any connection.
+// unreadable local file, or a name and directory whose counted strings do not both
+// fit whole into the 1024-byte request buffer, gives kLocalFileError before any
+// connection.
 TransferResult PutFile(const std::string& localPath, const std::string& remoteName,
                        const std::string& remoteDir, const std::string& ip, uint8_t flag,
                        const std::string& extraText);
-// Port 8100, command 3: fetches a remote file. The local file is created only after
-// the device has accepted the request.
+// Port 8100, command 3: fetches a remote file. The content is received into a
+// temporary file beside the local path, which replaces the local file only when
+// every byte has arrived; a refused or failed transfer leaves the local file as it
+// was.
 TransferResult GetFile(const std::string& remotePath, const std::string& localPath,
                        const std::string& ip);
 // Port 8102, command 2: kTransferOk when the device reports ready (reply type 2).
@@ -85,7 +117,8 @@ TransferResult PollDeviceStatus(const std::string& ip, MonitorSocket& sock, Devi
 // closes it.
 void EndDeviceMonitor(MonitorSocket& sock);
 
-// "%dK" and "%d.%d" (value / 10, value % 10) as the monitor shows them.
+// "%dK" and "%d.%d" (value / 10, value % 10) as the monitor shows them, the values
+// taken unsigned as they are on the wire.
 std::string FormatMemory(uint32_t kib);
 std::string FormatRate(uint32_t tenths);
 

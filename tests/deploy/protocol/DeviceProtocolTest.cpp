@@ -49,6 +49,11 @@ TEST(PackCountedString, BoundsAndLengthField) {
         {1024, std::string(1015, 'a'), 1020, std::string(1015, 'a')},
         {1024, std::string(1016, 'b'), 1020, std::string(1015, 'b')},
         {1024, std::string(3000, 'c'), 1020, std::string(1015, 'c')},
+        // Below a capacity of 9 the text keeps what fits with its zero byte.
+        {5, "abcdef", 5, ""},
+        {6, "a", 6, "a"},
+        {8, "ab", 7, "ab"},
+        {8, "abcdef", 8, "abc"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE("capacity " + std::to_string(c.capacity) + ", text of " +
@@ -113,9 +118,7 @@ TEST(QueryDeviceType, FrameAndReplies) {
 }
 
 // The frame length covers only the two names; the content crosses the piece size.
-// A name of 1016 characters is cut to 1015 with n = 1016; the directory then gets 4
-// bytes of room, too few for any counted string, and is left out. Names and the
-// password travel in the device code page.
+// Names and the password travel in the device code page.
 TEST(PutFile, RequestBytes) {
     rq::setDeviceCodePage("GB2312");
     const std::string big = pattern(2 * 65536 + 7);
@@ -125,9 +128,10 @@ TEST(PutFile, RequestBytes) {
         {"rqupdate.rqp", "secret", big,
          frame(2, counted("rqupdate.rqp") + counted("/tmp")) + "\x02" + counted("secret") +
              be32(uint32_t(big.size())) + big},
-        {std::string(1016, 'n'), "", "x",
-         frame(2, be32(1016) + std::string(1015, 'n') + '\0') + "\x02" + counted("") + be32(1) +
-             "x"},
+        // The longest name that leaves "/tmp" whole room in the 1024-byte buffer.
+        {std::string(1006, 'n'), "", "x",
+         frame(2, counted(std::string(1006, 'n')) + counted("/tmp")) + "\x02" + counted("") +
+             be32(1) + "x"},
         {"数据.rqp", "密", "x",
          frame(2, counted("\xCA\xFD\xBE\xDD.rqp") + counted("/tmp")) + "\x02" +
              counted("\xC3\xDC") + be32(1) + "x"},
@@ -171,11 +175,22 @@ TEST(PutFile, RefusedReplies) {
 TEST(PutFile, LocalFileErrorsComeBeforeAnyConnection) {
     TempDir dir;
     writeFile(dir.file("empty"), "");
+    writeFile(dir.file("f"), "x");
     // Nobody listens on this address: a connection attempt would give 1.
     const std::string ip = nextAddress();
     EXPECT_EQ(rq::PutFile(dir.file("empty"), "e", "/tmp", ip, 2, ""), rq::kLocalFileError);
     EXPECT_EQ(rq::PutFile(dir.file("missing"), "m", "/tmp", ip, 2, ""), rq::kLocalFileError);
     EXPECT_EQ(rq::PutFile(dir.str(), "d", "/tmp", ip, 2, ""), rq::kLocalFileError);
+    // A name and directory that do not both fit whole into the request buffer (the
+    // directory would be cut, lost, or packed from bytes beyond the buffer).
+    for (std::size_t length : {1007, 1008, 1011, 1014, 1015, 1016, 2000}) {
+        SCOPED_TRACE(length);
+        EXPECT_EQ(rq::PutFile(dir.file("f"), std::string(length, 'n'), "/tmp", ip, 2, ""),
+                  rq::kLocalFileError);
+        EXPECT_EQ(rq::lastTransferFailure(), rq::TransferFailure::NotWhole);
+    }
+    EXPECT_EQ(rq::PutFile(dir.file("f"), "f", std::string(1016, 'd'), ip, 2, ""),
+              rq::kLocalFileError);
 }
 
 TEST(GetFile, RepliesAndTheLocalFile) {
@@ -196,11 +211,11 @@ TEST(GetFile, RepliesAndTheLocalFile) {
         {"any non-zero status", replyHeader(3, 1) + "\x07" + be32(2) + "ab", false, rq::kTransferOk,
          true, "ab"},
         {"status 0", replyHeader(3, 1) + std::string(1, '\0'), true, rq::kCommError, false, ""},
+        // A cut transfer leaves nothing behind.
+        {"cut in the content", ok + be32(3000) + big.substr(0, 2100), true, rq::kCommError, false,
+         ""},
         {"length 2", replyHeader(3, 2) + "\1\1" + be32(1) + "a", true, rq::kCommError, false, ""},
         {"size missing", ok, true, rq::kCommError, false, ""},
-        // A cut transfer leaves the whole 1024-byte pieces that arrived.
-        {"cut in the content", ok + be32(3000) + big.substr(0, 2100), true, rq::kCommError, true,
-         big.substr(0, 2048)},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -214,10 +229,14 @@ TEST(GetFile, RepliesAndTheLocalFile) {
         if (c.fileExpected) {
             EXPECT_EQ(readFile(dir.file("v")), c.fileContent);
         }
+        // No temporary is left beside it.
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
+                                std::filesystem::directory_iterator()),
+                  c.fileExpected ? 1 : 0);
     }
 }
 
-TEST(GetFile, RefusalKeepsAnExistingFileAndUnwritableTargetIsLocal) {
+TEST(GetFile, FailuresKeepAnExistingFileAndUnwritableTargetIsLocal) {
     TempDir dir;
     writeFile(dir.file("v"), "old");
     const std::size_t request = frame(3, counted("/home/app/version")).size();
@@ -226,8 +245,25 @@ TEST(GetFile, RefusalKeepsAnExistingFileAndUnwritableTargetIsLocal) {
         RecordingServer server(ip, rq::kFilePort,
                                {{{request, replyHeader(3, 1) + std::string(1, '\0'), true}}});
         EXPECT_EQ(rq::GetFile("/home/app/version", dir.file("v"), ip), rq::kCommError);
+        EXPECT_EQ(rq::lastTransferFailure(), rq::TransferFailure::DeviceRefused);
     }
     EXPECT_EQ(readFile(dir.file("v")), "old");
+    ip = nextAddress();
+    {
+        // Cut in the middle: the old file stays whole.
+        RecordingServer server(ip, rq::kFilePort,
+                               {{{request, replyHeader(3, 1) + "\1" + be32(5000) + "new", true}}});
+        EXPECT_EQ(rq::GetFile("/home/app/version", dir.file("v"), ip), rq::kCommError);
+        EXPECT_EQ(rq::lastTransferFailure(), rq::TransferFailure::None);
+    }
+    EXPECT_EQ(readFile(dir.file("v")), "old");
+    ip = nextAddress();
+    {
+        RecordingServer server(ip, rq::kFilePort,
+                               {{{request, replyHeader(3, 1) + "\1" + be32(3) + "new", true}}});
+        EXPECT_EQ(rq::GetFile("/home/app/version", dir.file("v"), ip), rq::kTransferOk);
+    }
+    EXPECT_EQ(readFile(dir.file("v")), "new");
     ip = nextAddress();
     RecordingServer server(ip, rq::kFilePort,
                            {{{request, replyHeader(3, 1) + "\1" + be32(1) + "a", true}}});
@@ -357,6 +393,8 @@ TEST(DeviceProtocol, NoListenerGivesCannotConnectAndTheFixedText) {
 }
 
 TEST(DeviceProtocol, MonitorFigureTexts) {
+    EXPECT_EQ(rq::FormatMemory(0xFFFFFFFF), "4294967295K");
+    EXPECT_EQ(rq::FormatRate(0xFFFFFFFF), "429496729.5");
     EXPECT_EQ(rq::FormatMemory(0), "0K");
     EXPECT_EQ(rq::FormatMemory(1048576), "1048576K");
     EXPECT_EQ(rq::FormatRate(5), "0.5");
