@@ -7,7 +7,7 @@ BUILD      ?= build
 JOBS       ?= 2
 CMAKE_ARGS ?=
 PACKAGES   := build-essential cmake ninja-build pkg-config libxml2-dev libxml2-utils \
-              libgtest-dev libgmock-dev libbenchmark-dev libssl-dev openssl \
+              libgtest-dev libgmock-dev libbenchmark-dev libssl-dev openssl libarchive-dev \
               qt6-base-dev qt6-base-dev-tools libgl-dev xvfb xauth gzip tar
 LAUNCHER   := $(shell command -v ccache >/dev/null 2>&1 && echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 

@@ -17,14 +17,17 @@ constexpr int kExitUsage = 64;
 const char* kUsage =
     "usage: rqdevsim --address A --root DIR --type NAME [--version-date YYYYMMDD]\n"
     "                [--ready-after SECONDS] [--fault refuse|silent|cut|bad-length|busy]\n"
+    "                [--max-connections N]\n"
     "Listens on A at the ports 8100, 8102, 8103 and 8104 and keeps the device's\n"
-    "files under DIR. Stops on SIGINT or SIGTERM.\n";
+    "files under DIR. Serves at most N connections at once (default 64); more are\n"
+    "closed at once. Stops on SIGINT or SIGTERM.\n";
 
 int usageError(const std::string& text) {
     std::cerr << "rqdevsim: " << text << "\n" << kUsage;
     return kExitUsage;
 }
 
+// A whole number of at most six digits.
 bool parseSeconds(const std::string& text, int& seconds) {
     if (text.empty() || text.size() > 6 ||
         text.find_first_not_of("0123456789") != std::string::npos)
@@ -60,6 +63,11 @@ int main(int argc, char** argv) {
         } else if (a == "--ready-after") {
             if (!parseSeconds(value, options.readyAfterSeconds))
                 return usageError("--ready-after needs a whole number of seconds");
+        } else if (a == "--max-connections") {
+            int count = 0;
+            if (!parseSeconds(value, count) || count < 1 || count > 4096)
+                return usageError("--max-connections needs a number from 1 to 4096");
+            options.maxConnections = count;
         } else if (a == "--fault") {
             auto fault = rq::parseEmulatorFault(value);
             if (!fault)

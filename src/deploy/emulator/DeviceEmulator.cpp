@@ -16,6 +16,8 @@
 #include <poll.h>
 #include <sstream>
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -30,8 +32,9 @@ constexpr int kSendFlags = MSG_NOSIGNAL;
 constexpr int kSendFlags = 0;
 #endif
 
-// A client that goes quiet for this long in the middle of a request is dropped.
-constexpr int kClientWaitMs = 30000;
+// After a failed accept for want of descriptors or memory, new connections wait
+// this long instead of being polled again at once.
+constexpr int kAcceptBackOffMs = 100;
 // Request payloads are a few counted strings; anything longer is a broken client.
 constexpr uint32_t kMaxPayload = 64 * 1024;
 constexpr uint32_t kMaxCountedString = 1024;
@@ -125,6 +128,46 @@ bool writeWhole(const fs::path& path, const std::string& bytes) {
     return !ec;
 }
 
+// The whole content of an open file into `path`, through a temporary beside it.
+bool copyWhole(int fd, const fs::path& path) {
+    const fs::path temporary = path.string() + ".new";
+    const int out =
+        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
+    if (out < 0)
+        return false;
+    std::vector<char> chunk(kStreamChunk);
+    off_t offset = 0;
+    bool ok = true;
+    for (;;) {
+        const ssize_t got = ::pread(fd, chunk.data(), chunk.size(), offset);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            ok = false;
+        if (got <= 0)
+            break;
+        for (ssize_t off = 0; ok && off < got;) {
+            const ssize_t written =
+                ::write(out, chunk.data() + off, static_cast<size_t>(got - off));
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written <= 0)
+                ok = false;
+            else
+                off += written;
+        }
+        offset += got;
+    }
+    if (::close(out) != 0)
+        ok = false;
+    std::error_code ec;
+    if (ok)
+        fs::rename(temporary, path, ec);
+    if (!ok || ec)
+        fs::remove(temporary, ec);
+    return ok && !ec;
+}
+
 } // namespace
 
 std::optional<EmulatorFault> parseEmulatorFault(const std::string& name) {
@@ -153,32 +196,71 @@ const char* emulatorFaultName(EmulatorFault fault) {
     return "none";
 }
 
-// One accepted connection, served on its own thread.
+// One accepted connection, served on its own thread. Every wait is bounded by the
+// idle wait and, inside a request, by the request's deadline.
 struct DeviceEmulator::Connection {
+    using Clock = std::chrono::steady_clock;
+
     int fd = -1;
     int port = 0;
+    unsigned long id = 0;
     std::string peer;
     std::thread thread;
     std::atomic<bool> done{false};
     const std::atomic<bool>* stopping = nullptr;
+    const EmulatorOptions* options = nullptr;
 
-    // Waits for data at most kClientWaitMs; false on time-out, end or error.
+    bool inRequest = false;
+    Clock::time_point requestStart{};
+    unsigned long long moved = 0;
+
+    void beginRequest() {
+        inRequest = true;
+        requestStart = Clock::now();
+        moved = 0;
+    }
+    void endRequest() { inRequest = false; }
+
+    int waitMs() const {
+        long long ms = options->idleWaitMs;
+        if (inRequest) {
+            const long long used =
+                std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - requestStart)
+                    .count();
+            const long long allowed =
+                static_cast<long long>(options->requestBaseSeconds) * 1000 +
+                static_cast<long long>(
+                    moved * 1000 / std::max<uint32_t>(1, options->requestMinimumBytesPerSecond));
+            ms = std::min(ms, allowed - used);
+        }
+        return static_cast<int>(std::max<long long>(0, ms));
+    }
+    bool waitFor(short events) {
+        if (stopping->load())
+            return false;
+        const int ms = waitMs();
+        if (ms <= 0)
+            return false;
+        pollfd waitFor{fd, events, 0};
+        int ready;
+        do {
+            ready = ::poll(&waitFor, 1, ms);
+        } while (ready < 0 && errno == EINTR);
+        return ready > 0;
+    }
+
+    // Waits for data; false on time-out, end or error.
     bool readSome(void* buffer, std::size_t count, std::size_t& got) {
         for (;;) {
-            if (stopping->load())
+            if (!waitFor(POLLIN))
                 return false;
-            pollfd waitFor{fd, POLLIN, 0};
-            int ready = ::poll(&waitFor, 1, kClientWaitMs);
-            if (ready < 0 && errno == EINTR)
-                continue;
-            if (ready <= 0)
-                return false;
-            ssize_t n = ::recv(fd, buffer, count, 0);
-            if (n < 0 && errno == EINTR)
+            ssize_t n = ::recv(fd, buffer, count, MSG_DONTWAIT);
+            if (n < 0 && (errno == EINTR || errno == EAGAIN || errno == EWOULDBLOCK))
                 continue;
             if (n <= 0)
                 return false;
             got = static_cast<std::size_t>(n);
+            moved += got;
             return true;
         }
     }
@@ -196,13 +278,19 @@ struct DeviceEmulator::Connection {
     bool sendAll(const void* bytes, std::size_t count) {
         const char* p = static_cast<const char*>(bytes);
         while (count > 0) {
-            ssize_t sent = ::send(fd, p, count, kSendFlags);
+            ssize_t sent = ::send(fd, p, count, kSendFlags | MSG_DONTWAIT);
             if (sent < 0 && errno == EINTR)
                 continue;
+            if (sent < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+                if (!waitFor(POLLOUT))
+                    return false;
+                continue;
+            }
             if (sent <= 0)
                 return false;
             p += sent;
             count -= static_cast<std::size_t>(sent);
+            moved += static_cast<std::size_t>(sent);
         }
         return true;
     }
@@ -213,7 +301,8 @@ struct DeviceEmulator::Connection {
         payload.resize(length);
         return length == 0 || readExact(payload.data(), length);
     }
-    // Reads and drops everything until the client closes (or the emulator stops).
+    // Reads and drops everything until the client closes (or the request's time or
+    // the emulator ends).
     void drainToEnd() {
         char sink[4096];
         std::size_t got = 0;
@@ -274,11 +363,22 @@ bool DeviceEmulator::start(std::string* error) {
                     std::string(kVersionMarker) + " rqdevsim\n" + options_.versionDate + "\n"))
         return failWith("cannot write " + (root_ / "home/app/version").string());
 
+    if (options_.maxConnections < 1)
+        return failWith("at least one connection must be allowed");
+    rootFd_ = ::open(root_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (rootFd_ < 0)
+        return failWith("cannot open " + root_.string() + ": " + std::strerror(errno));
+    // Packages are unwrapped and read where no client's put can reach.
+    std::string work = (fs::temp_directory_path(ec) / "rqdevsim-XXXXXX").string();
+    if (ec || !::mkdtemp(work.data()))
+        return failWith(std::string("cannot make a work directory: ") + std::strerror(errno));
+    workDir_ = work;
+
     stopping_ = false;
     if (::pipe(wakePipe_) != 0)
         return failWith(std::string("cannot make a pipe: ") + std::strerror(errno));
     // With the refusal fault nothing listens, so every connection is refused.
-    if (options_.fault != EmulatorFault::Refuse) {
+    if (options_.fault != EmulatorFault::Refuse && options_.listen) {
         for (int port : kPorts) {
             int fd = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
             if (fd < 0)
@@ -329,6 +429,53 @@ void DeviceEmulator::stop() {
             ::close(fd);
         fd = -1;
     }
+    if (rootFd_ >= 0)
+        ::close(rootFd_);
+    rootFd_ = -1;
+    if (!workDir_.empty()) {
+        std::error_code ec;
+        fs::remove_all(workDir_, ec);
+        workDir_.clear();
+    }
+}
+
+void DeviceEmulator::serveStream(int fd, int port) {
+    Connection c;
+    c.fd = fd;
+    c.port = port;
+    c.id = ++nextConnectionId_;
+    c.peer = "stream";
+    c.stopping = &stopping_;
+    c.options = &options_;
+    serve(c);
+}
+
+int DeviceEmulator::connectionCount() {
+    std::lock_guard lock(connectionsMutex_);
+    int count = 0;
+    for (const auto& c : connections_)
+        count += c->done ? 0 : 1;
+    return count;
+}
+
+// The directory of a device path, opened from the root one name at a time without
+// following any link; -1 when a part is missing, "..", a link or not a directory.
+int DeviceEmulator::openDeviceDirectory(const std::string& devicePath) const {
+    int current = ::dup(rootFd_);
+    std::string_view rest = devicePath;
+    while (current >= 0 && !rest.empty()) {
+        const std::size_t slash = rest.find('/');
+        const std::string part(rest.substr(0, slash));
+        rest = slash == std::string_view::npos ? std::string_view() : rest.substr(slash + 1);
+        if (part.empty() || part == ".")
+            continue;
+        int next = -1;
+        if (part != "..")
+            next = ::openat(current, part.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        ::close(current);
+        current = next;
+    }
+    return current;
 }
 
 void DeviceEmulator::acceptLoop() {
@@ -336,13 +483,19 @@ void DeviceEmulator::acceptLoop() {
     waits.push_back({wakePipe_[0], POLLIN, 0});
     for (int fd : listeners_)
         waits.push_back({fd, POLLIN, 0});
+    bool backOff = false;
     while (!stopping_) {
         for (auto& w : waits)
             w.revents = 0;
-        if (::poll(waits.data(), waits.size(), 1000) < 0 && errno != EINTR)
+        // While backing off only the wake pipe is watched, so a listener that stays
+        // readable cannot make this loop spin.
+        const int polled =
+            ::poll(waits.data(), backOff ? 1 : waits.size(), backOff ? kAcceptBackOffMs : 1000);
+        if (polled < 0 && errno != EINTR)
             break;
         if (waits[0].revents)
             break;
+        backOff = false;
         // Finished connections leave the list here.
         {
             std::lock_guard lock(connectionsMutex_);
@@ -355,32 +508,49 @@ void DeviceEmulator::acceptLoop() {
                 }
             }
         }
-        for (std::size_t i = 1; i < waits.size(); ++i) {
+        for (std::size_t i = 1; i < waits.size() && !backOff; ++i) {
             if (!(waits[i].revents & POLLIN))
                 continue;
             sockaddr_in peer{};
             socklen_t peerSize = sizeof peer;
             int fd = ::accept(waits[i].fd, reinterpret_cast<sockaddr*>(&peer), &peerSize);
-            if (fd < 0)
+            if (fd < 0) {
+                if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM)
+                    backOff = true;
                 continue;
+            }
             ::fcntl(fd, F_SETFD, FD_CLOEXEC);
             auto connection = std::make_unique<Connection>();
             connection->fd = fd;
             connection->port = listenerPorts_[i - 1];
+            connection->id = ++nextConnectionId_;
             connection->stopping = &stopping_;
+            connection->options = &options_;
             char text[INET_ADDRSTRLEN] = {};
             ::inet_ntop(AF_INET, &peer.sin_addr, text, sizeof text);
             connection->peer = std::string(text) + ":" + std::to_string(ntohs(peer.sin_port));
+            if (connectionCount() >= options_.maxConnections) {
+                logLine(*connection, "too many connections -> closed");
+                ::close(fd);
+                continue;
+            }
             Connection* c = connection.get();
             std::lock_guard lock(connectionsMutex_);
             connections_.push_back(std::move(connection));
-            c->thread = std::thread([this, c] {
-                serve(*c);
-                std::lock_guard lock(connectionsMutex_);
+            try {
+                c->thread = std::thread([this, c] {
+                    serve(*c);
+                    std::lock_guard lock(connectionsMutex_);
+                    ::close(c->fd);
+                    c->fd = -1;
+                    c->done = true;
+                });
+            } catch (const std::system_error&) {
+                // No thread for it: the connection is closed, the device goes on.
                 ::close(c->fd);
-                c->fd = -1;
-                c->done = true;
-            });
+                connections_.pop_back();
+                backOff = true;
+            }
         }
     }
 }
@@ -397,8 +567,10 @@ void DeviceEmulator::serve(Connection& c) {
     // its connection across polls, the other clients send one request each.
     for (;;) {
         unsigned char header[5];
+        c.endRequest();
         if (!c.readExact(header, 1))
             return;
+        c.beginRequest();
         if (!c.readExact(header + 1, 4)) {
             logLine(c, "request cut short");
             return;
@@ -485,10 +657,14 @@ bool DeviceEmulator::putFile(Connection& c, const std::string& payload) {
         logLine(c, "put cut short");
         return false;
     }
+    // The announced length is checked before anything is allocated for it.
     const uint32_t extraCount = bigEndian32(countBytes);
+    if (extraCount == 0 || extraCount > kMaxCountedString) {
+        logLine(c, "put with an extra text of " + std::to_string(extraCount) + " bytes -> dropped");
+        return false;
+    }
     std::string extraBytes(extraCount, '\0');
-    if (extraCount == 0 || extraCount > kMaxCountedString ||
-        !c.readExact(extraBytes.data(), extraCount) || extraBytes.back() != '\0' ||
+    if (!c.readExact(extraBytes.data(), extraCount) || extraBytes.back() != '\0' ||
         !c.readExact(sizeBytes, 4)) {
         logLine(c, "put with a malformed extra text -> dropped");
         return false;
@@ -498,33 +674,54 @@ bool DeviceEmulator::putFile(Connection& c, const std::string& payload) {
     const uint32_t size = bigEndian32(sizeBytes);
     const std::string remoteDir = fromDeviceBytes(dir);
     const std::string remoteName = fromDeviceBytes(name);
-    const std::string remote = remoteDir + "/" + remoteName;
+    std::string remote = remoteDir + "/" + remoteName;
+    for (char& ch : remote)
+        if (ch == '\0')
+            ch = '?';
 
-    // Only names inside an existing directory of the device are taken.
-    fs::path target;
-    bool acceptable = !remoteDir.empty() && remoteDir[0] == '/' && !remoteName.empty() &&
-                      remoteName.find('/') == std::string::npos && remoteName != "." &&
-                      remoteName != ".." && unsafeMemberName({remoteDir.substr(1)}).empty();
-    if (acceptable) {
-        target = fs::path(rootPath(remoteDir)) / remoteName;
-        acceptable = fs::is_directory(target.parent_path());
+    // Only names inside an existing directory of the device are taken; a zero byte
+    // inside a name would cut it short on the way to the file system.
+    const bool zeroInside =
+        name.find('\0') != std::string::npos || dir.find('\0') != std::string::npos ||
+        remoteName.find('\0') != std::string::npos || remoteDir.find('\0') != std::string::npos;
+    const bool acceptable = !zeroInside && !remoteDir.empty() && remoteDir[0] == '/' &&
+                            !remoteName.empty() && remoteName.find('/') == std::string::npos &&
+                            remoteName != "." && remoteName != ".." &&
+                            unsafeMemberName({remoteDir.substr(1)}).empty();
+    const int dirFd = acceptable ? openDeviceDirectory(remoteDir) : -1;
+    // Each connection writes its own temporary; the last complete one wins the name.
+    std::string temporary;
+    int out = -1;
+    for (int attempt = 0; dirFd >= 0 && out < 0 && attempt < 100; ++attempt) {
+        temporary = ".rqdevsim-" + std::to_string(c.id) + "-" + std::to_string(attempt) + ".part";
+        out = ::openat(dirFd, temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                       0644);
+        if (out < 0 && errno != EEXIST)
+            break;
     }
-    const fs::path partial = target.string() + ".part";
-    int out =
-        acceptable ? ::open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644) : -1;
+    struct Close {
+        int& fd;
+        ~Close() {
+            if (fd >= 0)
+                ::close(fd);
+        }
+    };
+    int dirHandle = dirFd;
+    Close closeDir{dirHandle}, closeOut{out};
+    auto discard = [&] {
+        if (out >= 0)
+            ::unlinkat(dirFd, temporary.c_str(), 0);
+    };
     bool writeFailed = out < 0;
 
     // With the cut fault the connection goes after half the content.
     const uint32_t toRead = options_.fault == EmulatorFault::Cut ? size / 2 : size;
-    std::vector<char> chunk(kStreamChunk);
+    std::vector<char> chunk(std::min<std::size_t>(kStreamChunk, std::max<uint32_t>(toRead, 1)));
     uint32_t remaining = toRead;
     while (remaining > 0) {
         std::size_t got = 0;
         if (!c.readSome(chunk.data(), std::min<std::size_t>(remaining, chunk.size()), got)) {
-            if (out >= 0) {
-                ::close(out);
-                ::unlink(partial.c_str());
-            }
+            discard();
             logLine(c, "put " + remote + " cut short after " + std::to_string(toRead - remaining) +
                            " of " + std::to_string(size) + " bytes");
             return false;
@@ -540,11 +737,8 @@ bool DeviceEmulator::putFile(Connection& c, const std::string& payload) {
         }
         remaining -= static_cast<uint32_t>(got);
     }
-    if (out >= 0 && ::close(out) != 0)
-        writeFailed = true;
     if (options_.fault == EmulatorFault::Cut) {
-        if (out >= 0)
-            ::unlink(partial.c_str());
+        discard();
         logLine(c, "put " + remote + " -> connection cut after " + std::to_string(toRead) + " of " +
                        std::to_string(size) + " bytes (cut)");
         return false;
@@ -552,20 +746,19 @@ bool DeviceEmulator::putFile(Connection& c, const std::string& payload) {
     uint8_t status = 0;
     std::string note;
     if (writeFailed) {
-        if (out >= 0)
-            ::unlink(partial.c_str());
-        note = acceptable ? "cannot write the file" : "no such directory";
+        discard();
+        note = zeroInside  ? "zero byte in the name"
+               : dirFd < 0 ? "no such directory"
+                           : "cannot write the file";
+    } else if (::renameat(dirFd, temporary.c_str(), dirFd, remoteName.c_str()) != 0) {
+        discard();
+        note = "cannot write the file";
     } else {
-        std::error_code ec;
-        fs::rename(partial, target, ec);
-        if (ec) {
-            fs::remove(partial, ec);
-            note = "cannot write the file";
-        } else {
-            status = 1;
-            if (remoteDir == "/tmp")
-                status = actOnArrival(remoteName, target, extra, note);
-        }
+        status = 1;
+        // The device acts on the bytes it received, from the file it wrote, whatever
+        // the name points at by now.
+        if (remoteDir == "/tmp")
+            status = actOnArrival(remoteName, out, extra, note);
     }
     logLine(c, "put " + remote + " " + std::to_string(size) + " bytes flag " +
                    std::to_string(flag) + " -> status " + std::to_string(status) +
@@ -581,19 +774,31 @@ bool DeviceEmulator::getFile(Connection& c, const std::string& payload) {
         return false;
     }
     const std::string remote = fromDeviceBytes(path);
-    std::error_code ec;
-    const bool safe = !remote.empty() && remote[0] == '/' &&
-                      unsafeMemberName({remote.substr(1)}).empty() && remote.size() > 1;
-    const fs::path file = safe ? fs::path(rootPath(remote)) : fs::path();
-    int in =
-        safe && fs::is_regular_file(file, ec) ? ::open(file.c_str(), O_RDONLY | O_CLOEXEC) : -1;
-    const auto size = in >= 0 ? fs::file_size(file, ec) : 0;
-    if (in < 0 || ec || size > 0xFFFFFFFFull) {
-        if (in >= 0)
-            ::close(in);
+    const std::size_t slash = remote.find_last_of('/');
+    const bool safe = !remote.empty() && remote[0] == '/' && remote.size() > 1 &&
+                      remote.find('\0') == std::string::npos &&
+                      path.find('\0') == std::string::npos &&
+                      unsafeMemberName({remote.substr(1)}).empty() && slash + 1 < remote.size();
+    int in = -1;
+    struct stat info {};
+    if (safe) {
+        const int dirFd = openDeviceDirectory(remote.substr(0, slash));
+        if (dirFd >= 0) {
+            in = ::openat(dirFd, remote.c_str() + slash + 1,
+                          O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+            ::close(dirFd);
+        }
+    }
+    if (in >= 0 && (::fstat(in, &info) != 0 || !S_ISREG(info.st_mode) ||
+                    static_cast<uint64_t>(info.st_size) > 0xFFFFFFFFull)) {
+        ::close(in);
+        in = -1;
+    }
+    if (in < 0) {
         logLine(c, "get " + remote + " -> status 0 (no such file)");
         return sendReply(c, 3, std::string(1, '\0'));
     }
+    const uint64_t size = static_cast<uint64_t>(info.st_size);
     // Header, status and size go first; the content streams behind them. The
     // header's length covers the status byte only.
     std::string head;
@@ -703,7 +908,7 @@ void DeviceEmulator::startBusyPeriod() {
         std::chrono::steady_clock::now() + std::chrono::seconds(options_.readyAfterSeconds);
 }
 
-uint8_t DeviceEmulator::actOnArrival(const std::string& name, const fs::path& file,
+uint8_t DeviceEmulator::actOnArrival(const std::string& name, int file,
                                      const std::string& extraText, std::string& note) {
     std::unique_lock lock(stateMutex_);
     if (name == "killprog.rqp") {
@@ -734,46 +939,54 @@ uint8_t DeviceEmulator::actOnArrival(const std::string& name, const fs::path& fi
     return 1;
 }
 
-uint8_t DeviceEmulator::installPackage(const fs::path& package, const std::string& password,
+uint8_t DeviceEmulator::installPackage(int package, const std::string& password,
                                        std::string& note) {
     std::lock_guard installing(installMutex_);
     std::optional<std::string> key;
     if (!password.empty())
         key = password;
-    const fs::path archive = root_ / "tmp" / "rqupdate.tar.gz";
+    // The package is copied into the emulator's own work directory and unwrapped
+    // there; the archive is then read from one open file that nothing else reaches.
+    const fs::path copy = workDir_ / "package.rqp";
+    const fs::path unwrapped = workDir_ / "archive.tar.gz";
     std::error_code ec;
-    struct Cleanup {
-        fs::path path;
-        ~Cleanup() {
-            std::error_code ignored;
-            fs::remove(path, ignored);
-        }
-    } cleanup{archive};
     std::string error;
-    if (!unwrapPackage(package.string(), archive.string(), key, &error)) {
+    if (!copyWhole(package, copy)) {
+        note = "cannot copy the package";
+        return 0;
+    }
+    const bool unwrappedOk = unwrapPackage(copy.string(), unwrapped.string(), key, &error);
+    fs::remove(copy, ec);
+    if (!unwrappedOk) {
+        fs::remove(unwrapped, ec);
         note = "not a package: " + error;
         return 0;
     }
-    {
-        std::ifstream in(archive, std::ios::binary);
-        unsigned char signature[2] = {};
-        if (!in.read(reinterpret_cast<char*>(signature), 2) || signature[0] != 0x1F ||
-            signature[1] != 0x8B) {
-            note = "does not unwrap to a gzip archive";
-            return 0;
-        }
+    const int archive = ::open(unwrapped.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+    fs::remove(unwrapped, ec);
+    if (archive < 0) {
+        note = "cannot read the unwrapped package";
+        return 0;
+    }
+    struct Close {
+        int fd;
+        ~Close() { ::close(fd); }
+    } closeArchive{archive};
+    unsigned char signature[2] = {};
+    if (::pread(archive, signature, 2, 0) != 2 || signature[0] != 0x1F || signature[1] != 0x8B) {
+        note = "does not unwrap to a gzip archive";
+        return 0;
     }
     // A start-up image is one gzip stream of raw pixels rather than an archive: the
     // device writes it to its flash.
-    if (isPlainGzipStream(archive.string())) {
+    if (isPlainGzipStream(archive)) {
         std::lock_guard lock(stateMutex_);
-        fs::copy_file(archive, root_ / "home/app/logo.gz", fs::copy_options::overwrite_existing,
-                      ec);
-        note = ec ? "cannot write the start-up image: " + ec.message() : "start-up image written";
-        return ec ? 0 : 1;
+        const bool written = copyWhole(archive, root_ / "home/app/logo.gz");
+        note = written ? "start-up image written" : "cannot write the start-up image";
+        return written ? 1 : 0;
     }
     std::vector<std::string> names;
-    if (!listArchive(archive.string(), names, &error)) {
+    if (!listArchive(archive, names, &error)) {
         note = error;
         return 0;
     }
@@ -786,7 +999,7 @@ uint8_t DeviceEmulator::installPackage(const fs::path& package, const std::strin
         if (member != "version" && member != "./version")
             continue;
         std::string version;
-        if (readArchiveMember(archive.string(), member, version, 64 * 1024, &error) &&
+        if (readArchiveMember(archive, member, version, 64 * 1024, &error) &&
             firstLine(version).find(kVersionMarker) != std::string::npos) {
             std::lock_guard lock(stateMutex_);
             if (!writeWhole(root_ / "home/app/version", version)) {
@@ -802,10 +1015,15 @@ uint8_t DeviceEmulator::installPackage(const fs::path& package, const std::strin
     const fs::path app = root_ / "home/app";
     const fs::path staging = app / "project.new";
     fs::remove_all(staging, ec);
-    fs::create_directories(staging, ec);
-    if (ec || !extractArchive(archive.string(), staging.string(), &error)) {
+    fs::create_directory(staging, ec);
+    const int stagingFd =
+        ec ? -1 : ::open(staging.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    const bool extracted = stagingFd >= 0 && extractArchive(archive, stagingFd, &error);
+    if (stagingFd >= 0)
+        ::close(stagingFd);
+    if (!extracted) {
         fs::remove_all(staging, ec);
-        note = ec ? "cannot unpack: " + ec.message() : "cannot unpack: " + error;
+        note = "cannot unpack: " + (error.empty() ? std::string("no staging directory") : error);
         return 0;
     }
     std::lock_guard lock(stateMutex_);
@@ -815,9 +1033,8 @@ uint8_t DeviceEmulator::installPackage(const fs::path& package, const std::strin
         note = "cannot install the project: " + ec.message();
         return 0;
     }
-    fs::copy_file(package, app / "rqupdate.rqp", fs::copy_options::overwrite_existing, ec);
-    if (ec) {
-        note = "cannot keep the package: " + ec.message();
+    if (!copyWhole(package, app / "rqupdate.rqp")) {
+        note = "cannot keep the package";
         return 0;
     }
     // The runtime keeps its retained parameters here; a fresh project has none yet.

@@ -44,6 +44,19 @@ struct EmulatorOptions {
     int readyAfterSeconds = 0;
     EmulatorFault fault = EmulatorFault::None;
     std::ostream* log = nullptr; // one line per request; nullptr = quiet
+
+    // Connections served at once; more are accepted and closed at once.
+    int maxConnections = 64;
+    // A client may stay silent this long between requests (and before the first).
+    int idleWaitMs = 30000;
+    // A request, from its first byte to the last byte of its reply, may take
+    // requestBaseSeconds plus one second for every requestMinimumBytesPerSecond bytes
+    // it moved; a slower client is dropped.
+    int requestBaseSeconds = 30;
+    uint32_t requestMinimumBytesPerSecond = 1024;
+    // False: no listeners at all; requests reach the device through serveStream
+    // only (fuzzing).
+    bool listen = true;
 };
 
 class DeviceEmulator {
@@ -57,6 +70,10 @@ public:
     bool start(std::string* error);
     // Closes the listeners and every open connection and waits for them.
     void stop();
+    // Serves one connected stream as a connection to `port` would be served, on the
+    // calling thread, until the client closes or a request fails. The caller keeps
+    // the descriptor.
+    void serveStream(int fd, int port);
 
     // What the device has been through, for tests.
     bool runtimeRunning() const;
@@ -64,6 +81,7 @@ public:
     bool updateReady() const;
     std::optional<uint32_t> lastClock() const;
     std::string rootPath(const std::string& devicePath) const; // "/home/app/version" -> file
+    int connectionCount();
 
 private:
     struct Connection;
@@ -76,22 +94,25 @@ private:
     bool serveMonitor(Connection& c, uint8_t command, uint32_t length);
     bool serveClock(Connection& c, uint8_t command, uint32_t length);
     bool putFile(Connection& c, const std::string& payload);
+    int openDeviceDirectory(const std::string& devicePath) const;
     bool getFile(Connection& c, const std::string& payload);
     bool sendReply(Connection& c, uint8_t type, const std::string& body);
-    uint8_t actOnArrival(const std::string& name, const std::filesystem::path& file,
-                         const std::string& extraText, std::string& note);
-    uint8_t installPackage(const std::filesystem::path& package, const std::string& password,
-                           std::string& note);
+    uint8_t actOnArrival(const std::string& name, int file, const std::string& extraText,
+                         std::string& note);
+    uint8_t installPackage(int package, const std::string& password, std::string& note);
     void startBusyPeriod();
     void logLine(const Connection& c, const std::string& text);
 
     EmulatorOptions options_;
     std::filesystem::path root_;
+    int rootFd_ = -1;
+    std::filesystem::path workDir_; // private to the emulator, outside the root
     std::vector<int> listeners_;
     std::vector<int> listenerPorts_;
     int wakePipe_[2] = {-1, -1};
     std::thread acceptor_;
     std::atomic<bool> stopping_{false};
+    std::atomic<unsigned long> nextConnectionId_{0}; // names each connection's temporaries
 
     std::mutex connectionsMutex_;
     std::list<std::unique_ptr<Connection>> connections_;

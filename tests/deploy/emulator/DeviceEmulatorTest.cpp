@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <sstream>
+#include <sys/stat.h>
 #include <thread>
 
 using namespace rqtest;
@@ -229,6 +230,20 @@ TEST_F(EmulatorTest, PackagesThatMustNotBeInstalledAreRefused) {
              EXPECT_EQ(
                  std::system(
                      ("tar -czf '" + archive + "' -C '" + work.file("links") + "' l").c_str()),
+                 0);
+             return wrap(work, archive, 1, std::nullopt);
+         },
+         ""},
+        {"named pipe and hard link",
+         [&] {
+             fs::create_directories(work.path() / "special");
+             writeFile(work.path() / "special" / "f", "x");
+             fs::create_hard_link(work.path() / "special" / "f", work.path() / "special" / "h");
+             EXPECT_EQ(::mkfifo((work.path() / "special" / "p").c_str(), 0600), 0);
+             const std::string archive = work.file("special.tar.gz");
+             EXPECT_EQ(
+                 std::system(("tar -czf '" + archive + "' -C '" + work.file("special") + "' f h p")
+                                 .c_str()),
                  0);
              return wrap(work, archive, 1, std::nullopt);
          },
