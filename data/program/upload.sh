@@ -1,7 +1,9 @@
 #!/bin/sh
-# Reference toolchain: unpacks TARGET/upload/rqupdate.tar.gz into TARGET. An
-# archive that holds an absolute path, a ".." component or a link is refused
-# whole, before anything is written.
+# Reference toolchain: unpacks TARGET/upload/rqupdate.tar.gz into TARGET. Only
+# regular files and directories are taken: an archive that holds an absolute path,
+# a ".." component, a link, a device node, a FIFO or anything else is refused
+# whole, before anything is written. Owners and modes of the archive are never
+# restored (files and directories get the user's umask).
 #
 #   upload.sh TARGET_DIR
 set -u
@@ -36,9 +38,15 @@ for n in $names; do
     esac
 done
 IFS=$oldifs
-# Symbolic and hard links could point outside the target.
-if tar -tvzf "$archive" | cut -c1 | grep -q '[lh]'; then
-    echo "$me: refused, the archive holds links" >&2
+# The verbose listing starts each member with its kind: '-' file, 'd' directory.
+# Links could point outside the target; device nodes and FIFOs would be made as
+# whoever runs this (root included) and hang whatever opens them.
+kinds=$(tar -tvzf "$archive" | cut -c1) || {
+    echo "$me: not a readable archive: $archive" >&2
+    exit 1
+}
+if printf '%s\n' "$kinds" | grep -q '[^-d]'; then
+    echo "$me: refused, the archive holds members that are not regular files or directories" >&2
     exit 1
 fi
-tar -xzf "$archive" -C "$target" || exit 1
+tar -xzf "$archive" -C "$target" --no-same-owner --no-same-permissions || exit 1

@@ -40,6 +40,8 @@ void printMessage(const rq::TransferOutcome& o) {
 // Exit status of a device operation.
 int deviceExit(const rq::TransferOutcome& o, const rq::TransferJob* job = nullptr) {
     printMessage(o);
+    if (!o.succeeded && !o.detail.empty())
+        std::cerr << "rqpcli: " << o.detail << "\n";
     if (o.checkFailed)
         return kExitCheckFailed;
     if (!o.succeeded && job && !job->scriptErrors().empty())

@@ -12,7 +12,9 @@ static std::vector<Command>& registry() {
     return all;
 }
 
-const std::vector<Command>& commands() { return registry(); }
+const std::vector<Command>& commands() {
+    return registry();
+}
 
 CommandRegistration::CommandRegistration(Command command) {
     registry().push_back(std::move(command));

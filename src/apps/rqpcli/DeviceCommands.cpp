@@ -32,13 +32,26 @@ const char* resultText(rq::TransferResult result) {
     return "unknown result";
 }
 
-// Reports a transfer without a dialog text of its own.
+// Reports a transfer without a dialog text of its own; a failure says what the
+// device did when that is known (refused, did not answer in time).
 int report(const std::string& what, rq::TransferResult result) {
-    if (result == rq::kTransferOk)
+    if (result == rq::kTransferOk) {
         std::cout << what << ": " << resultText(result) << "\n";
-    else
-        std::cerr << "rqpcli: " << what << ": " << resultText(result) << "\n";
+        return result;
+    }
+    const std::string detail = rq::transferFailureText(rq::lastTransferFailure());
+    std::cerr << "rqpcli: " << what << ": "
+              << (result == rq::kCommError && !detail.empty() ? detail
+                                                              : std::string(resultText(result)))
+              << (result != rq::kCommError && !detail.empty() ? " (" + detail + ")" : "") << "\n";
     return result;
+}
+
+// After a dialog's own text: what the device did, when known.
+void printDetail() {
+    const std::string detail = rq::transferFailureText(rq::lastTransferFailure());
+    if (!detail.empty())
+        std::cerr << "rqpcli: " << detail << "\n";
 }
 
 int runType(const std::vector<std::string>& args) {
@@ -92,6 +105,7 @@ int runClock(const std::vector<std::string>& args) {
         break;
     case rq::kCommError:
         std::cout << "Adjust time fail, communication error!\n";
+        printDetail();
         break;
     case rq::kCannotConnect:
         std::cout << "Adjust time fail, can not connect slave!\n";
@@ -134,6 +148,7 @@ int runMonitor(const std::vector<std::string>& args) {
         return started;
     case rq::kCommError:
         std::cout << "Upgrade package download fail, communicating with slave error!\n";
+        printDetail();
         return started;
     default:
         std::cout << "Upgrade package download fail, can not open file or other error!\n";

@@ -35,8 +35,12 @@ TransferOutcome resultOutcome(int result, const char* const* texts, int count,
                               MessageIcon successIcon = MessageIcon::Information) {
     if (result < 0 || result >= count)
         return finished(result, false, {}, MessageIcon::Stop);
-    return finished(result, result == 0, texts[result],
-                    result == 0 ? successIcon : MessageIcon::Stop);
+    TransferOutcome o =
+        finished(result, result == 0, texts[result], result == 0 ? successIcon : MessageIcon::Stop);
+    // The transfer ran on this thread just before: what it knows beyond the code.
+    if (result != kTransferOk)
+        o.detail = transferFailureText(lastTransferFailure());
+    return o;
 }
 
 std::optional<std::string> devicePassword(const std::string& password) {
@@ -263,8 +267,19 @@ TransferOutcome UploadJob::work() {
         return finished(kTransferOk, false, "Project file decompress fail!",
                         MessageIcon::Information);
     }
-    runScript("./upload.sh " + shellQuote(target_), programDir_);
+    // An archive that upload.sh refuses (or a script that cannot run) unpacks
+    // nothing: the project in TARGET is not opened as if it had arrived.
+    int scriptStatus = -1;
+    const bool ran = runScript("./upload.sh " + shellQuote(target_), programDir_, &scriptStatus);
     status("");
+    if (!ran || scriptStatus != 0) {
+        TransferOutcome o =
+            finished(kTransferOk, false, "Project file decompress fail!", MessageIcon::Information);
+        o.detail =
+            ran ? "upload.sh refused the archive (exit status " + std::to_string(scriptStatus) + ")"
+                : "upload.sh could not be started";
+        return o;
+    }
     return finished(kTransferOk, true, kTexts[0], MessageIcon::Information);
 }
 

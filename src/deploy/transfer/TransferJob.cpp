@@ -106,7 +106,9 @@ void TransferJob::status(const std::string& text) {
         listener_->onStatus(text);
 }
 
-bool TransferJob::runScript(const std::string& line, const std::string& dir) {
+bool TransferJob::runScript(const std::string& line, const std::string& dir, int* exitStatus) {
+    if (exitStatus)
+        *exitStatus = -1;
     ScriptRunner runner(*this);
     if (runner.Start(line, {}, dir) != 1) {
         scriptErrors_ += "Unable to start " + line + "\n";
@@ -115,6 +117,8 @@ bool TransferJob::runScript(const std::string& line, const std::string& dir) {
     runner.waitFinished();
     runner.Stop();
     scriptErrors_ += runner.errors();
+    if (exitStatus)
+        *exitStatus = runner.exitCode();
     return true;
 }
 

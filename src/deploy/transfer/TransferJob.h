@@ -23,6 +23,9 @@ struct TransferOutcome {
     // a local step failed, or it has none).
     int result = -1;
     std::string message; // the text the dialog shows; empty: nothing is shown
+    // Why it failed beyond the message ("the device refused the request"), for a
+    // command line or a detail line; never replaces the message. Empty: nothing known.
+    std::string detail;
     MessageIcon icon = MessageIcon::None;
     bool checkFailed = false; // a check stopped it before any work
     bool succeeded = false;
@@ -77,8 +80,9 @@ protected:
     void event(int code, int result = 0, const std::string& text = {});
     void status(const std::string& text);
     // Runs a toolchain line in the program directory `dir`, reporting 0 and 1 and
-    // dropping its output; waits for its end. False when it could not be started.
-    bool runScript(const std::string& line, const std::string& dir);
+    // dropping its output; waits for its end. False when it could not be started;
+    // *exitStatus gets the script's exit status (-1 when it did not end normally).
+    bool runScript(const std::string& line, const std::string& dir, int* exitStatus = nullptr);
     // Polls QueryUpdateDone as `wait` says; 0 at the first success, 2 when all
     // polls failed.
     int waitUntilReady(const std::string& ip, const ReadinessWait& wait);

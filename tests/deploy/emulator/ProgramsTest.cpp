@@ -63,11 +63,16 @@ TEST(Programs, RqdevsimAndTheDeviceCommands) {
         EXPECT_EQ(r.out, c.out);
     }
     EXPECT_EQ(readFile(dir.file("back")), "payload");
+    // A refusal is called one, not a communication error.
+    const ProgramRun refused =
+        runProgram("rqpcli", {"device", "get", "/home/app/none", dir.file("none"), ip});
+    EXPECT_NE(refused.out.find(": the device refused the request\n"), std::string::npos)
+        << refused.out;
     EXPECT_EQ(sim.stop(), 0);
     // A start line, one line per request that reached it, a stop line.
     const std::string log = readFile(dir.file("log"));
-    // (the readiness poll, type, clock, put, get and the refused get).
-    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2 + 6) << log;
+    // (the readiness poll, type, clock, put, get and the refused gets).
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2 + 7) << log;
 }
 
 TEST(Programs, RqdevsimRefusesBadOptions) {
@@ -81,4 +86,8 @@ TEST(Programs, RqdevsimRefusesBadOptions) {
                                "--version-date", "20241340"})
                   .status,
               1);
+    EXPECT_EQ(run("rqdevsim", {"--address", "127.62.254.1", "--root", dir.str(), "--type", "T",
+                               "--max-connections", "0"})
+                  .status,
+              64);
 }

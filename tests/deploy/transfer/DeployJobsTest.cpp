@@ -4,7 +4,11 @@
 #include "core/ProjectModel.h"
 #include "deploy/transfer/UpgradePackages.h"
 
+#include "deploy/cipher/PackageFile.h"
+
+#include <cstdlib>
 #include <ctime>
+#include <sys/stat.h>
 
 using namespace xfer;
 
@@ -208,6 +212,34 @@ TEST(Upload, ChecksAndOverwriteQuestion) {
     o = rq::UploadJob(target.str(), device.ip, "", "", nullptr, programDir(), nullptr).run();
     EXPECT_EQ(o.result, 2);
     EXPECT_EQ(o.message, "Upload fail, communication error!");
+    EXPECT_EQ(o.detail, "the device refused the request");
+}
+
+TEST(Upload, ArchiveThatUploadShRefusesIsNoSuccess) {
+    // The device holds a package whose archive carries a FIFO.
+    Device device("127.31.0.9", kType);
+    rqtest::TempDir work, target;
+    fs::create_directories(work.path() / "src");
+    rqtest::writeFile(work.path() / "src" / "rqrun.xml", "<rqrun/>");
+    ASSERT_EQ(::mkfifo((work.path() / "src" / "fifo").c_str(), 0600), 0);
+    const std::string archive = work.file("a.tar.gz");
+    ASSERT_EQ(
+        std::system(
+            ("tar -czf '" + archive + "' -C '" + work.file("src") + "' rqrun.xml fifo").c_str()),
+        0);
+    std::string error;
+    ASSERT_TRUE(
+        rq::wrapPackage(archive, device.file("/home/app/rqupdate.rqp"), 1, std::nullopt, &error))
+        << error;
+    rqtest::writeFile(device.file("/home/app/datafile/rtdbparams.bin"), "p");
+
+    rq::UploadJob job(target.str(), device.ip, "", "", nullptr, programDir(), nullptr);
+    const auto o = job.run();
+    EXPECT_FALSE(o.succeeded);
+    EXPECT_EQ(o.message, "Project file decompress fail!");
+    EXPECT_EQ(o.detail, "upload.sh refused the archive (exit status 1)");
+    EXPECT_FALSE(fs::exists(target.path() / "rqrun.xml"));
+    EXPECT_FALSE(fs::exists(target.path() / "fifo"));
 }
 
 TEST(UpgradeDownload, PutsThePackageAndReportsEachResult) {

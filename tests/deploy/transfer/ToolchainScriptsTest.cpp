@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 
@@ -22,10 +23,9 @@ TEST(ToolchainScripts, UploadRefusesUnsafeArchivesWhole) {
         const char* tarOptions; // how the archive is made from files a and b
         bool accepted;
     } cases[] = {
-        {"plain", "a b", true},
-        {"dotdot", "--transform=s,^b,../b, a b", false},
-        {"absolute", "-P a ABS", false},
-        {"link", "a link", false},
+        {"plain", "a b", true},          {"dotdot", "--transform=s,^b,../b, a b", false},
+        {"absolute", "-P a ABS", false}, {"link", "a link", false},
+        {"fifo", "a fifo", false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -33,6 +33,9 @@ TEST(ToolchainScripts, UploadRefusesUnsafeArchivesWhole) {
         rqtest::writeFile(src.path() / "a", "A");
         rqtest::writeFile(src.path() / "b", "B");
         fs::create_symlink("/etc/hostname", src.path() / "link");
+        ASSERT_EQ(::mkfifo((src.path() / "fifo").c_str(), 0600), 0);
+        // Modes of the archive are not restored: no set-user-ID file comes out.
+        fs::permissions(src.path() / "a", fs::perms(04777));
         fs::create_directories(target.path() / "upload");
         std::string options = c.tarOptions;
         if (auto at = options.find("ABS"); at != std::string::npos)
@@ -45,6 +48,10 @@ TEST(ToolchainScripts, UploadRefusesUnsafeArchivesWhole) {
         const int status = sh("./upload.sh " + rq::shellQuote(target.str()));
         EXPECT_EQ(status == 0, c.accepted);
         EXPECT_EQ(fs::exists(target.path() / "a"), c.accepted); // nothing half-done
+        if (c.accepted) {
+            EXPECT_EQ(fs::status(target.path() / "a").permissions() & fs::perms::set_uid,
+                      fs::perms::none);
+        }
         EXPECT_FALSE(fs::exists(target.path().parent_path() / "b") &&
                      rqtest::readFile(target.path().parent_path() / "b") == "B");
     }
