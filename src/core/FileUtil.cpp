@@ -1,6 +1,7 @@
 #include "core/FileUtil.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -48,12 +49,34 @@ bool makeDirectory(const std::string& path) {
     return ::mkdir(path.c_str(), 0777) == 0;
 }
 
-bool writeFileAtomic(const std::string& path, std::string_view bytes, std::string* error) {
+// The file that a write to `path` must replace: the path itself, or, when it is a
+// symbolic link to an existing file, that file (the link stays a link).
+static std::string writeTarget(const std::string& path) {
+    struct stat st;
+    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode))
+        return path;
+    char* resolved = ::realpath(path.c_str(), nullptr);
+    if (!resolved)
+        return path; // a dangling link is replaced as before
+    std::string target = resolved;
+    std::free(resolved);
+    return target;
+}
+
+bool writeFileAtomic(const std::string& given, std::string_view bytes, std::string* error) {
+    // A file-size limit must give an error, not kill the program in the middle of
+    // a save.
+    static const bool xfszIgnored = [] {
+        ::signal(SIGXFSZ, SIG_IGN);
+        return true;
+    }();
+    (void)xfszIgnored;
     auto fail = [&](const std::string& what, int err) {
         if (error)
             *error = what + ": " + std::strerror(err);
         return false;
     };
+    const std::string path = writeTarget(given);
     auto slash = path.rfind('/');
     std::string dir = slash == std::string::npos ? "." : path.substr(0, slash);
     if (dir.empty())
@@ -117,6 +140,66 @@ bool readWholeFile(const std::string& path, std::string& bytes, std::string* err
     if (!ok && error)
         *error = "read error";
     return ok;
+}
+
+// What a file that is not a regular file is, for messages.
+static const char* kindOf(mode_t mode) {
+    if (S_ISDIR(mode))
+        return "a directory";
+    if (S_ISFIFO(mode))
+        return "a named pipe (FIFO)";
+    if (S_ISCHR(mode) || S_ISBLK(mode))
+        return "a device";
+    if (S_ISSOCK(mode))
+        return "a socket";
+    return "not a plain file";
+}
+
+bool readRegularFile(const std::string& path, std::string& bytes, std::string* error) {
+    auto refuse = [&](mode_t mode) {
+        if (error)
+            *error = std::string("not a regular file: it is ") + kindOf(mode);
+        return false;
+    };
+    auto failed = [&](int err) {
+        if (error)
+            *error = std::strerror(err);
+        return false;
+    };
+    struct stat st;
+    if (::stat(path.c_str(), &st) != 0)
+        return failed(errno);
+    if (!S_ISREG(st.st_mode))
+        return refuse(st.st_mode);
+    // Non-blocking and checked again on the open file: the path may have been
+    // replaced by a FIFO since.
+    int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0)
+        return failed(errno);
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        int err = errno;
+        ::close(fd);
+        return S_ISREG(st.st_mode) ? failed(err) : refuse(st.st_mode);
+    }
+    bytes.clear();
+    if (st.st_size > 0)
+        bytes.reserve(static_cast<size_t>(st.st_size));
+    char buf[65536];
+    for (;;) {
+        ssize_t n = ::read(fd, buf, sizeof buf);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            int err = errno;
+            ::close(fd);
+            return failed(err);
+        }
+        if (n == 0)
+            break;
+        bytes.append(buf, static_cast<size_t>(n));
+    }
+    ::close(fd);
+    return true;
 }
 
 } // namespace rq

@@ -21,5 +21,9 @@ bool makeDirectory(const std::string& path);
 // with a reason in *error.
 bool writeFileAtomic(const std::string& path, std::string_view bytes, std::string* error);
 bool readWholeFile(const std::string& path, std::string& bytes, std::string* error);
+// The same for a file that must be a regular file once links are followed: a FIFO,
+// a device or a directory is refused with a reason (and never opened for reading,
+// so a FIFO without writer cannot block).
+bool readRegularFile(const std::string& path, std::string& bytes, std::string* error);
 
 } // namespace rq

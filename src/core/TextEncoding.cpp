@@ -141,6 +141,26 @@ bool isValidUtf8(std::string_view bytes) {
     return true;
 }
 
+std::optional<size_t> firstByteNotIn(std::string_view bytes, const char* from) {
+    iconv_t cd = iconv_open("UTF-8", from);
+    if (cd == reinterpret_cast<iconv_t>(-1))
+        return size_t{0};
+    char buf[4096];
+    char* in = const_cast<char*>(bytes.data());
+    size_t inLeft = bytes.size();
+    std::optional<size_t> bad;
+    while (inLeft > 0) {
+        char* out = buf;
+        size_t outLeft = sizeof buf;
+        if (iconv(cd, &in, &inLeft, &out, &outLeft) == static_cast<size_t>(-1) && errno != E2BIG) {
+            bad = static_cast<size_t>(in - bytes.data());
+            break;
+        }
+    }
+    iconv_close(cd);
+    return bad;
+}
+
 namespace {
 
 // Every non-ASCII character as "&#xHHHH;": the file then reads the same in any code

@@ -21,6 +21,9 @@ void setDeviceCodePage(const std::string& name);
 bool deviceCodePageIsUtf8();
 
 bool isValidUtf8(std::string_view bytes);
+// The offset of the first byte at which the bytes stop being text in the code page
+// `from` (an iconv name), or nothing when all of them are.
+std::optional<size_t> firstByteNotIn(std::string_view bytes, const char* from);
 bool isAscii(std::string_view bytes);
 
 // UTF-8 text of an XML file → bytes in the device code page; characters the code

@@ -1,5 +1,6 @@
 #include "core/Xml.h"
 
+#include "core/FileUtil.h"
 #include "core/TextEncoding.h"
 
 #include <libxml/parser.h>
@@ -10,8 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <functional>
+#include <optional>
 
 namespace rq {
 
@@ -86,40 +86,36 @@ std::string declarationEncoding(std::string_view head) {
     return std::string(decl.substr(pos + 1, close - pos - 1));
 }
 
-// Whether a whole file holds valid UTF-8, read in pieces.
-bool fileIsUtf8(const std::string& path) {
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f)
-        return true;
-    std::string buf(1 << 16, '\0');
-    std::string carry;
-    bool ok = true;
-    for (;;) {
-        size_t n = std::fread(buf.data(), 1, buf.size(), f);
-        if (n == 0)
-            break;
-        std::string piece = carry + buf.substr(0, n);
-        // Keep an incomplete sequence at the end for the next piece.
-        size_t cut = piece.size();
-        for (size_t back = 1; back <= 3 && back <= piece.size(); ++back) {
-            unsigned char c = piece[piece.size() - back];
-            if ((c & 0xC0) == 0xC0) {
-                int len = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : 2;
-                if (static_cast<size_t>(len) > back)
-                    cut = piece.size() - back;
-                break;
-            }
-            if ((c & 0x80) == 0)
-                break;
+// The parser stops at the first entity declaration: project and catalog files
+// declare none, and an entity used many times can take gigabytes to expand.
+void refuseEntity(void* ctx, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {
+    auto* ctxt = static_cast<xmlParserCtxtPtr>(ctx);
+    *static_cast<bool*>(ctxt->_private) = true;
+    xmlStopParser(ctxt);
+}
+
+void refuseUnparsedEntity(void* ctx, const xmlChar*, const xmlChar*, const xmlChar*,
+                          const xmlChar*) {
+    refuseEntity(ctx, nullptr, 0, nullptr, nullptr, nullptr);
+}
+
+constexpr const char* kEntityRefused =
+    "the file declares an entity (<!ENTITY ...>); project files use none, so it is not read";
+
+// Where the bytes stop being UTF-8 and the device code page alike: the reason of a
+// file in neither, with the line and the byte.
+std::string notInEitherCodePage(std::string_view bytes, size_t offset, const char* codePage) {
+    size_t line = 1, lineStart = 0;
+    for (size_t i = 0; i < offset && i < bytes.size(); ++i)
+        if (bytes[i] == '\n') {
+            ++line;
+            lineStart = i + 1;
         }
-        if (!isValidUtf8(std::string_view(piece).substr(0, cut))) {
-            ok = false;
-            break;
-        }
-        carry = piece.substr(cut);
-    }
-    std::fclose(f);
-    return ok && carry.empty();
+    char hex[8];
+    std::snprintf(hex, sizeof hex, "0x%02X",
+                  offset < bytes.size() ? static_cast<unsigned char>(bytes[offset]) : 0u);
+    return "line " + std::to_string(line) + ", byte " + std::to_string(offset - lineStart + 1) +
+           " (" + hex + "): the file is neither UTF-8 nor the device code page (" + codePage + ")";
 }
 
 } // namespace
@@ -139,15 +135,18 @@ std::string XmlDocument::declaredEncoding() const {
     return reinterpret_cast<const char*>(doc_->encoding);
 }
 
-// One parse through `read` (given the parser context, an encoding or null, and the
-// options); when it fails and `inDeviceCodePage` says the bytes are not UTF-8 and
-// declare nothing, the bytes are read again in the device code page: a file the
-// tool wrote carries no declaration.
-bool XmlDocument::parse(const std::function<xmlDoc*(xmlParserCtxtPtr, const char*, int)>& read,
-                        const std::function<bool()>& inDeviceCodePage, std::string* error) {
+// One parse of the bytes; when it fails and the bytes are not UTF-8 and declare no
+// encoding, they are read again in the device code page: a file the tool wrote
+// carries no declaration.
+bool XmlDocument::parse(std::string_view bytes, const std::string& name, std::string* error) {
     if (doc_) {
         xmlFreeDoc(doc_);
         doc_ = nullptr;
+    }
+    if (bytes.size() > static_cast<size_t>(INT_MAX)) {
+        if (error)
+            *error = "the file is too large";
+        return false;
     }
     const int options = prepareParser();
     xmlParserCtxtPtr ctxt = xmlNewParserCtxt();
@@ -156,14 +155,36 @@ bool XmlDocument::parse(const std::function<xmlDoc*(xmlParserCtxtPtr, const char
             *error = "out of memory";
         return false;
     }
-    doc_ = read(ctxt, nullptr, options);
-    std::string reason = doc_ ? std::string() : describe(xmlCtxtGetLastError(ctxt));
-    if (!doc_ && inDeviceCodePage()) {
+    bool entityDeclared = false;
+    ctxt->_private = &entityDeclared;
+    ctxt->sax->entityDecl = refuseEntity;
+    ctxt->sax->unparsedEntityDecl = refuseUnparsedEntity;
+    auto read = [&](const char* encoding) {
+        return xmlCtxtReadMemory(ctxt, bytes.data(), static_cast<int>(bytes.size()), name.c_str(),
+                                 encoding, options);
+    };
+    auto failure = [&] {
+        return entityDeclared ? std::string(kEntityRefused) : describe(xmlCtxtGetLastError(ctxt));
+    };
+    doc_ = read(nullptr);
+    std::string reason = doc_ ? std::string() : failure();
+    if (!doc_ && !entityDeclared && declarationEncoding(bytes.substr(0, 256)).empty() &&
+        !isValidUtf8(bytes)) {
         const char* cp = deviceCodePageIsUtf8() ? "GB2312" : deviceCodePage().c_str();
-        xmlCtxtReset(ctxt);
-        doc_ = read(ctxt, cp, options);
-        if (!doc_)
-            reason = describe(xmlCtxtGetLastError(ctxt));
+        if (std::optional<size_t> bad = firstByteNotIn(bytes, cp)) {
+            reason = notInEitherCodePage(bytes, *bad, cp);
+        } else {
+            xmlCtxtReset(ctxt);
+            ctxt->_private = &entityDeclared;
+            doc_ = read(cp);
+            if (!doc_)
+                reason = failure();
+        }
+    }
+    if (doc_ && entityDeclared) { // stopped parsers give no document; be sure
+        xmlFreeDoc(doc_);
+        doc_ = nullptr;
+        reason = kEntityRefused;
     }
     xmlFreeParserCtxt(ctxt);
     if (!doc_ && error)
@@ -172,40 +193,20 @@ bool XmlDocument::parse(const std::function<xmlDoc*(xmlParserCtxtPtr, const char
 }
 
 bool XmlDocument::load(const std::string& path, std::string_view expectedRoot, std::string* error) {
-    std::string head;
-    {
-        std::ifstream in(path, std::ios::binary);
-        if (!in) {
-            if (error)
-                *error = std::strerror(errno ? errno : ENOENT);
-            return false;
+    std::string bytes;
+    if (!readRegularFile(path, bytes, error)) {
+        if (doc_) {
+            xmlFreeDoc(doc_);
+            doc_ = nullptr;
         }
-        head.resize(256);
-        in.read(head.data(), head.size());
-        head.resize(static_cast<size_t>(in.gcount()));
+        return false;
     }
-    auto read = [&](xmlParserCtxtPtr ctxt, const char* encoding, int options) {
-        return xmlCtxtReadFile(ctxt, path.c_str(), encoding, options);
-    };
-    auto inDeviceCodePage = [&] { return declarationEncoding(head).empty() && !fileIsUtf8(path); };
-    return parse(read, inDeviceCodePage, error) && accept(expectedRoot, error);
+    return parse(bytes, path, error) && accept(expectedRoot, error);
 }
 
 bool XmlDocument::loadMemory(std::string_view bytes, const std::string& name,
                              std::string_view expectedRoot, std::string* error) {
-    if (bytes.size() > static_cast<size_t>(INT_MAX)) {
-        if (error)
-            *error = "the file is too large";
-        return false;
-    }
-    auto read = [&](xmlParserCtxtPtr ctxt, const char* encoding, int options) {
-        return xmlCtxtReadMemory(ctxt, bytes.data(), static_cast<int>(bytes.size()), name.c_str(),
-                                 encoding, options);
-    };
-    auto inDeviceCodePage = [&] {
-        return declarationEncoding(bytes.substr(0, 256)).empty() && !isValidUtf8(bytes);
-    };
-    return parse(read, inDeviceCodePage, error) && accept(expectedRoot, error);
+    return parse(bytes, name, error) && accept(expectedRoot, error);
 }
 
 bool XmlDocument::accept(std::string_view expectedRoot, std::string* error) {

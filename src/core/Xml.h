@@ -13,7 +13,6 @@
 #include <libxml/tree.h>
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -39,9 +38,11 @@ public:
 
     // Parses the file with blank text nodes dropped. A file without an encoding
     // declaration whose bytes are not UTF-8 is parsed in the device code page. Fails
-    // (with a one-line reason in *error) when the file cannot be read or parsed, has
-    // no root element, or its root is not named `expectedRoot` (exact, byte for
-    // byte). An empty expectedRoot accepts any root.
+    // (with a one-line reason in *error) when the file is not a regular file (after
+    // following links: a FIFO or a device would block or never end), cannot be read
+    // or parsed, declares an entity, holds bytes in neither UTF-8 nor the device code
+    // page, has no root element, or its root is not named `expectedRoot` (exact,
+    // byte for byte). An empty expectedRoot accepts any root.
     bool load(const std::string& path, std::string_view expectedRoot, std::string* error);
     // The same on bytes in memory (the name is used in messages only).
     bool loadMemory(std::string_view bytes, const std::string& name, std::string_view expectedRoot,
@@ -53,8 +54,7 @@ public:
     std::string declaredEncoding() const;
 
 private:
-    bool parse(const std::function<xmlDoc*(xmlParserCtxtPtr, const char*, int)>& read,
-               const std::function<bool()>& inDeviceCodePage, std::string* error);
+    bool parse(std::string_view bytes, const std::string& name, std::string* error);
     bool accept(std::string_view expectedRoot, std::string* error);
     xmlDoc* doc_ = nullptr;
 };

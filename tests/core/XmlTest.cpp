@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <sys/stat.h>
+
 using namespace rq;
 using rqtest::TempDir;
 using rqtest::writeFile;
@@ -109,4 +112,53 @@ TEST(DeviceCodePage, ConvertsAndKeepsWhatItCannotHold) {
     EXPECT_FALSE(isValidUtf8("\xC0\xAF"));     // overlong
     EXPECT_FALSE(isValidUtf8("\xED\xA0\x80")); // surrogate
     EXPECT_FALSE(isValidUtf8("\xE4\xB8"));     // cut short
+}
+
+// What must never reach the parser: files that block or never end, entity
+// declarations that expand without bound, and bytes in no code page the tool knows.
+TEST(XmlDocument, RefusesFilesThatCouldHangOrExplode) {
+    TempDir dir;
+    ASSERT_EQ(::mkfifo(dir.file("fifo.xml").c_str(), 0644), 0);
+    std::filesystem::create_symlink("/dev/zero", dir.path() / "zero.xml");
+    std::filesystem::create_directory(dir.path() / "dir.xml");
+    writeFile(dir.path() / "real.xml", "<a/>");
+    std::filesystem::create_symlink(dir.path() / "real.xml", dir.path() / "link.xml");
+    for (const char* name : {"fifo.xml", "zero.xml", "dir.xml"}) {
+        XmlDocument doc;
+        std::string error;
+        EXPECT_FALSE(doc.load(dir.file(name), "a", &error)) << name;
+        EXPECT_NE(error.find("not a regular file"), std::string::npos) << name << ": " << error;
+    }
+    XmlDocument linked;
+    EXPECT_TRUE(linked.load(dir.file("link.xml"), "a", nullptr));
+
+    const std::string entities[] = {
+        "<!DOCTYPE a [<!ENTITY e \"xxxxxxxxxx\">]><a v=\"&e;&e;\"/>",
+        "<!DOCTYPE a [<!ENTITY % p \"x\">]><a/>",
+        "<!DOCTYPE a [<!ENTITY e SYSTEM \"file:///etc/passwd\">]><a>&e;</a>",
+        "<?xml version=\"1.0\" encoding=\"GB2312\"?><!DOCTYPE a [<!ENTITY e \"x\">]><a/>",
+    };
+    for (const std::string& bytes : entities) {
+        writeFile(dir.path() / "f.xml", bytes);
+        XmlDocument doc;
+        std::string error;
+        EXPECT_FALSE(doc.load(dir.file("f.xml"), "a", &error)) << bytes;
+        EXPECT_NE(error.find("declares an entity"), std::string::npos) << error;
+    }
+    writeFile(dir.path() / "f.xml", "<!DOCTYPE a><a v=\"&amp;\"/>"); // no entity: fine
+    XmlDocument plain;
+    EXPECT_TRUE(plain.load(dir.file("f.xml"), "a", nullptr));
+
+    const std::pair<std::string, const char*> foreign[] = {
+        {"<?xml version=\"1.0\" ?>\r\n<a v=\"\x81\x40\"/>", "line 2, byte 7 (0x81)"}, // GBK only
+        {"<a>\n<b v=\"caf\xE9 \"/></a>", "line 2, byte 10 (0xE9)"},                   // Latin-1
+    };
+    for (const auto& [bytes, where] : foreign) {
+        writeFile(dir.path() / "f.xml", bytes);
+        XmlDocument doc;
+        std::string error;
+        EXPECT_FALSE(doc.load(dir.file("f.xml"), "a", &error));
+        EXPECT_NE(error.find(where), std::string::npos) << error;
+        EXPECT_NE(error.find("neither UTF-8 nor the device code page"), std::string::npos);
+    }
 }
