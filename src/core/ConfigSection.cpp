@@ -1,19 +1,12 @@
 #include "core/ConfigSection.h"
 
 #include "core/DataTypes.h"
+#include "core/StorableValue.h"
 
 namespace rq {
 
 void CheckContext::rawValue(const std::string& where, std::string_view value) {
-    std::string bad;
-    for (char c : {'"', '<', '&'})
-        if (value.find(c) != std::string_view::npos) {
-            if (!bad.empty())
-                bad += ", ";
-            bad += '\'';
-            bad += c;
-            bad += '\'';
-        }
+    const std::string bad = unstorableCharactersIn(value);
     if (!bad.empty())
         finding(where + ": the value holds " + bad +
                 ", which is written unescaped and keeps "

@@ -6,7 +6,7 @@ RtdbEditResult addDataGroup(const RtdbEditor& ed, DataNode* selected) {
     if (!selected || !(selected->isDatabase() || selected->isGroup()))
         return {};
     DataGroupForm form;
-    if (!ed.dialogs.dataGroupDialog(form) || form.name.empty())
+    if (!askDataGroupForm(ed, form) || form.name.empty())
         return {};
     if (selected->nameInUse(form.name)) {
         ed.sink.showMessage(rtdbtext::kGroupExists, MessageIcon::Stop);

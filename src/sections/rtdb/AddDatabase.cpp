@@ -4,7 +4,7 @@ namespace rq {
 
 RtdbEditResult addDatabase(const RtdbEditor& ed) {
     DatabaseForm form;
-    if (!ed.dialogs.databaseDialog(form) || form.name.empty())
+    if (!askDatabaseForm(ed, form) || form.name.empty())
         return {};
     if (ed.rtdb.findDatabase(form.name)) {
         ed.sink.showMessage(rtdbtext::kDatabaseExists, MessageIcon::Stop);

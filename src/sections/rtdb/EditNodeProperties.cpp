@@ -7,7 +7,7 @@ RtdbEditResult editNodeProperties(const RtdbEditor& ed, DataNode* selected) {
         return {};
     if (selected->isDatabase()) {
         DatabaseForm form{selected->name(), selected->sync()};
-        if (!ed.dialogs.databaseDialog(form) || form.name.empty())
+        if (!askDatabaseForm(ed, form) || form.name.empty())
             return {};
         bool changed = form.name != selected->name() || form.sync != selected->sync();
         selected->setName(std::move(form.name));
@@ -16,7 +16,7 @@ RtdbEditResult editNodeProperties(const RtdbEditor& ed, DataNode* selected) {
     }
     if (selected->isGroup()) {
         DataGroupForm form{selected->name()};
-        if (!ed.dialogs.dataGroupDialog(form) || form.name.empty())
+        if (!askDataGroupForm(ed, form) || form.name.empty())
             return {};
         bool changed = form.name != selected->name();
         if (changed)

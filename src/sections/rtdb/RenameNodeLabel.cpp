@@ -5,6 +5,14 @@ namespace rq {
 bool checkNodeLabel(const RtdbEditor& ed, const DataNode& node, const std::string& newName) {
     if (newName.empty())
         return false;
+    if (node.isDatabase() || node.isGroup()) {
+        auto message = node.isDatabase() ? validateDatabaseForm({newName, true})
+                                         : validateDataGroupForm({newName});
+        if (message) {
+            ed.sink.showMessage(*message, MessageIcon::Stop);
+            return false;
+        }
+    }
     if (node.isDatabase()) {
         for (const auto& db : ed.rtdb.root().children()) {
             if (db.get() != &node && db->name() == newName) {

@@ -28,6 +28,12 @@ struct RtdbEditResult {
     DataNode* added = nullptr; // the node added (add database, add data group)
 };
 
+// The database or group dialog until OK gives a form that passes its validator: a
+// refused form is shown through the sink and the dialog opens again with what was
+// typed. False on Cancel.
+bool askDatabaseForm(const RtdbEditor& ed, DatabaseForm& form);
+bool askDataGroupForm(const RtdbEditor& ed, DataGroupForm& form);
+
 // Add database (any node of the section selected, or none): appended as the last
 // database. The shell selects `added` and expands the section's node.
 RtdbEditResult addDatabase(const RtdbEditor& ed);
@@ -41,7 +47,8 @@ RtdbEditResult editNodeProperties(const RtdbEditor& ed, DataNode* selected);
 
 // Whether the node may take the new label: a database name used by another
 // database gives "The database already exist!", a group name used anywhere in its
-// database gives "The data already exist!"; the root is never renamed.
+// database gives "The data already exist!"; the root is never renamed. A name that
+// rtdb.xml could not store is refused with the validator's message.
 bool checkNodeLabel(const RtdbEditor& ed, const DataNode& node, const std::string& newName);
 // The label edit ended: checks the name and, when accepted, renames the node.
 // True when the tree keeps the new text.

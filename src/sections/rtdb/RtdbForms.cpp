@@ -1,6 +1,7 @@
 #include "sections/rtdb/RtdbForms.h"
 
 #include "core/DataTypes.h"
+#include "core/StorableValue.h"
 #include "core/Xml.h"
 #include "sections/rtdb/RtdbListModel.h"
 
@@ -19,7 +20,9 @@ std::optional<std::string> validateDataForm(const DataForm& form) {
     if (form.alias) {
         if (form.name.empty() || form.aliasText.empty())
             return std::string(rtdbtext::kAliasMissing);
-        return std::nullopt;
+        if (auto m = checkStorableValue("Data", form.name))
+            return m;
+        return checkStorableValue("Alias", form.aliasText);
     }
     if (form.name.empty())
         return std::string(rtdbtext::kNameMissing);
@@ -27,7 +30,19 @@ std::optional<std::string> validateDataForm(const DataForm& form) {
         return std::string(rtdbtext::kLengthError);
     if (form.typeIndex == 0 && form.length >= 8)
         return std::string(rtdbtext::kBitLengthError);
-    return std::nullopt;
+    if (auto m = checkStorableValue("Data", form.name))
+        return m;
+    if (auto m = checkStorableValue("Initial Value", form.init))
+        return m;
+    return checkStorableValue("Description", form.description);
+}
+
+std::optional<std::string> validateDatabaseForm(const DatabaseForm& form) {
+    return checkStorableValue("Database", form.name);
+}
+
+std::optional<std::string> validateDataGroupForm(const DataGroupForm& form) {
+    return checkStorableValue("Data Group", form.name);
 }
 
 std::optional<std::string> validateBatchDataForm(const BatchDataForm& form) {

@@ -83,8 +83,12 @@ struct BatchDataForm {
     int to = 0;
 };
 
-// The checks of OK, in their fixed order: the message to show, or nothing.
+// The checks of OK, in their fixed order: the message to show, or nothing. Last
+// come the values that rtdb.xml stores unescaped (checkStorableValue).
 std::optional<std::string> validateDataForm(const DataForm& form);
+// Only the storable-value check: the database and group dialogs have no other.
+std::optional<std::string> validateDatabaseForm(const DatabaseForm& form);
+std::optional<std::string> validateDataGroupForm(const DataGroupForm& form);
 std::optional<std::string> validateBatchDataForm(const BatchDataForm& form);
 
 // Whether the length field is enabled: only for a type of size 0 (bit, string,

@@ -45,6 +45,7 @@ public:
         databaseOpened.push_back(f);
         return answer(database, f,
                       [](const DatabaseForm&) { return std::optional<std::string>(); });
+        // (The real dialog has no check of its own: the command checks what OK gave.)
     }
     bool dataGroupDialog(DataGroupForm& f) override {
         groupOpened.push_back(f);
@@ -86,6 +87,11 @@ DataForm dataForm(std::string name, int type, int length, std::string init = "0"
     f.length = length;
     f.init = std::move(init);
     return f;
+}
+
+std::string refused(const char* field, const char* what) {
+    return std::string("The field \"") + field + "\" must not hold " + what +
+           ": the project file stores it as it is and could not be read again.";
 }
 
 DataForm aliasForm(std::string name, std::string target) {
@@ -142,6 +148,10 @@ TEST(RtdbValidators, ChecksInTheirFixedOrder) {
         {"bit of 8", dataForm("x", 0, 8), "bit data length error(must be 1~7)!"},
         {"string of 8", dataForm("x", 9, 8), std::nullopt},
         {"no type selected", dataForm("x", -1, 1), std::nullopt},
+        {"checks of the dialog first", dataForm("a&b", 9, 0), "data length error!"},
+        {"name rtdb.xml cannot store", dataForm("a&b", 7, 4), refused("Data", "'&'")},
+        {"initial value", dataForm("x", 7, 4, "\"1\""), refused("Initial Value", "'\"'")},
+        {"alias target", aliasForm("x", "<t"), refused("Alias", "'<'")},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(validateDataForm(c.form), c.message) << c.what;
@@ -383,6 +393,28 @@ TEST_F(RtdbEditorTest, PropertiesAndLabelRenames) {
     EXPECT_TRUE(renameNodeLabel(ed, *other, "Other"));
     EXPECT_EQ(group->name(), "Pump2");
     EXPECT_TRUE(db->nameInUse("Pump2"));
+}
+
+// A name rtdb.xml could not store is refused by every command that takes one; the
+// dialog opens again with what was typed.
+TEST_F(RtdbEditorTest, NamesTheFileCannotStoreAreRefused) {
+    dialogs.database = {DatabaseForm{"Tank \"A\"", false}, DatabaseForm{"Tank A", false}};
+    ASSERT_TRUE(addDatabase(ed).changed);
+    EXPECT_EQ(sink.texts(), Texts{refused("Database", "'\"'")});
+    ASSERT_EQ(dialogs.databaseOpened.size(), 2u);
+    EXPECT_EQ(dialogs.databaseOpened[1].name, "Tank \"A\""); // reopened as typed
+    EXPECT_FALSE(dialogs.databaseOpened[1].sync);
+
+    sink.entries.clear();
+    dialogs.group = {DataGroupForm{"R&D"}};
+    EXPECT_FALSE(addDataGroup(ed, db).changed);
+    dialogs.group = {DataGroupForm{"<g>"}};
+    EXPECT_FALSE(editNodeProperties(ed, group).changed);
+    EXPECT_FALSE(renameNodeLabel(ed, *db, "a&b"));
+    EXPECT_EQ(sink.texts(), (Texts{refused("Data Group", "'&'"), refused("Data Group", "'<'"),
+                                   refused("Database", "'&'")}));
+    EXPECT_EQ(group->name(), "tanks");
+    EXPECT_EQ(db->name(), "plant");
 }
 
 TEST_F(RtdbEditorTest, ListRows) {
