@@ -16,12 +16,27 @@ namespace rq {
 class HmiDeviceCatalog;
 class IoDriverCatalog;
 
+// A record that a reader left out under its reading rules (a second database of
+// the same name with all its content, an item of unknown type, ...). The next save
+// writes the file without it.
+struct DroppedRecord {
+    std::string file;    // the file's name; set by the project when it opens the file
+    std::string element; // which element, e.g. "rtdb \"db1\""
+    std::string reason;
+};
+
 // What a reader may need besides the path.
 struct ReadContext {
     MessageSink& sink; // messages a reader shows
     const HmiDeviceCatalog* hmiCatalog = nullptr;
     const IoDriverCatalog* ioCatalog = nullptr;
     std::string error; // one-line reason of a failed read
+    std::vector<DroppedRecord> dropped = {};
+
+    // Records what the reader leaves out; the reading rule itself is unchanged.
+    void drop(std::string element, std::string reason) {
+        dropped.push_back({{}, std::move(element), std::move(reason)});
+    }
 };
 
 // Collects what would keep a project from reopening or from working on the device.

@@ -61,6 +61,8 @@ private:
         // The same test as addGroup, through a hash set: a file may hold many groups.
         if (!names_.insert(name).second) {
             ctx_.sink.showMessage("The alarm group already exist!", MessageIcon::Stop);
+            ctx_.drop("alarmgroup \"" + name + "\"",
+                      "a second alarm group of this name; left out with its data");
             return;
         }
         AlarmGroup& g = section_.groups().emplace_back();
@@ -78,8 +80,13 @@ private:
         d.status_var = ReadAttrText(e, "status_var");
         for (const xmlNode* n = e->children; n; n = n->next) {
             const int slot = n->name ? alarmSlotOfTag(reinterpret_cast<const char*>(n->name)) : -1;
-            if (slot >= 0)
-                condition(n, d.slots[slot]);
+            if (slot < 0)
+                continue;
+            if (d.slots[slot].set)
+                ctx_.drop(std::string(reinterpret_cast<const char*>(n->name)) + " of data \"" +
+                              d.dbname + "." + d.dataname + "\" in alarmgroup \"" + g.name + "\"",
+                          "a second condition of this kind; only the last one is kept");
+            condition(n, d.slots[slot]);
         }
     }
 

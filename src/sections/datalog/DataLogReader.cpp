@@ -54,6 +54,12 @@ bool DataLogSection::read(const std::string& path, ReadContext& ctx) {
         DataLog log;
         if (readLog(n, log))
             logs.push_back(std::move(log));
+        else if (log.name.empty())
+            ctx.drop("log", "no name; left out");
+        else
+            ctx.drop("log \"" + log.name + "\"",
+                     "source \"" + ReadAttrText(n, "source") +
+                         "\" is neither \"rtdb\" nor \"rtdb_data\"; left out");
     }
     return true;
 }

@@ -143,8 +143,10 @@ private:
     void link(const xmlNode* e) {
         LinkCommonFields common;
         common.name = ReadAttrText(e, "name");
-        if (common.name.empty())
+        if (common.name.empty()) {
+            ctx_.drop("link", "no name; left out with its devices");
             return;
+        }
         common.period = ReadAttrText(e, "period");
         common.driver = ReadAttrText(e, "driver");
         common.masterlink = ReadAttrText(e, "masterlink");
@@ -156,8 +158,11 @@ private:
         common.enable = ReadAttrText(e, "enable");
 
         LinkKind kind;
-        if (!linkKindOfKeyword(common.driver, kind))
-            return; // an unknown kind is dropped with its devices
+        if (!linkKindOfKeyword(common.driver, kind)) { // dropped with its devices
+            ctx_.drop("link \"" + common.name + "\"",
+                      "unknown kind (driver \"" + common.driver + "\"); left out with its devices");
+            return;
+        }
         LinkKindFields fields;
         switch (kind) {
         case LinkKind::Serial:
@@ -181,6 +186,8 @@ private:
         // The test of addLink, through a hash set: a file may hold many links.
         if (!linkNames_.insert(common.name).second) {
             ctx_.sink.showMessage("The link already exist!", MessageIcon::Stop);
+            ctx_.drop("link \"" + common.name + "\"",
+                      "a second link of this name; left out with its devices");
             return;
         }
         LinkItem& added = appendLink(section_.links(), kind, common, fields);
@@ -193,8 +200,10 @@ private:
     void device(const xmlNode* e, LinkItem& link, std::unordered_set<std::string>& names) {
         DeviceItem d;
         d.name = ReadAttrText(e, "name");
-        if (d.name.empty())
+        if (d.name.empty()) {
+            ctx_.drop("device in link \"" + link.name + "\"", "no name; left out with its data");
             return;
+        }
         d.address = ReadAttrText(e, "address");
         d.driver = ReadAttrText(e, "driver");
         d.manufacturer = ReadAttrText(e, "manufacturer");
@@ -208,6 +217,8 @@ private:
         // Same test as addDevice, through a hash set: a link may hold many devices.
         if (!names.insert(d.name).second) {
             ctx_.sink.showMessage("The device already exist!", MessageIcon::Stop);
+            ctx_.drop("device \"" + d.name + "\" in link \"" + link.name + "\"",
+                      "a second device of this name; left out with its data");
             return;
         }
         for (const xmlNode* n = e->children; n; n = n->next)
@@ -218,12 +229,17 @@ private:
 
     void data(const xmlNode* e, DeviceItem& device) {
         DeviceDataItem item;
+        const std::string where = "data in device \"" + device.name + "\"";
         item.type = ReadAttrText(e, "type");
-        if (item.type.empty())
+        if (item.type.empty()) {
+            ctx_.drop(where, "no type; left out");
             return;
+        }
         item.address = ReadAttrText(e, "address");
-        if (item.address.empty())
+        if (item.address.empty()) {
+            ctx_.drop(where, "no address; left out");
             return;
+        }
         item.group = ReadAttrText(e, "group");
         item.dataname = ReadAttrText(e, "dataname");
         item.status_var = ReadAttrText(e, "status_var");

@@ -29,6 +29,8 @@ private:
         item.blockname = ReadAttrText(element, "blockname");
         if (names_.contains(item.name)) {
             ctx_.sink.showMessage(FbdSection::kDuplicateMessage, MessageIcon::Stop);
+            ctx_.drop("fbd \"" + item.name + "\"",
+                      "a second block of this name; left out with its parameters");
             return;
         }
         const FbdBlockClass* cls = FbdClassCatalog::findByKeyword(item.blockname);
@@ -51,19 +53,28 @@ private:
         p.dbname = ReadAttrText(element, "dbname");
         p.varname = ReadAttrText(element, "varname");
         p.name = ReadAttrText(element, "name");
-        if (p.name.empty())
+        if (p.name.empty()) {
+            ctx_.drop("param of fbd \"" + item.name + "\"", "no name; left out");
             return;
+        }
         if (p.name == FbdSection::kEnableParam) {
             if (!seenEnable) {
                 seenEnable = true;
                 if (!(p.dbname == FbdSection::kSystemDb && p.varname == FbdSection::kAlwaysTrue))
                     item.enable = DataRef{std::move(p.dbname), std::move(p.varname)};
+            } else {
+                ctx_.drop("param \"EN\" of fbd \"" + item.name + "\"",
+                          "a second enabling parameter; only the first is kept");
             }
             return;
         }
         if (p.name == FbdSection::kTypeParam) {
             if (!seenType && cls && cls->hasMemberKinds())
                 item.memberKind = std::move(p.varname);
+            else
+                ctx_.drop("param \"TYPE\" of fbd \"" + item.name + "\"",
+                          seenType ? "a second member kind; only the first is kept"
+                                   : "the block has no member kinds; left out");
             seenType = true;
             return;
         }

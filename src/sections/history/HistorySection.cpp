@@ -20,7 +20,8 @@ namespace {
 
 class HistoryReader {
 public:
-    explicit HistoryReader(std::vector<HistoryRecord>& records) : records_(records) {}
+    HistoryReader(std::vector<HistoryRecord>& records, ReadContext* ctx)
+        : records_(records), ctx_(ctx) {}
 
     // The root, rqhistory or history.
     void rqhistory(const xmlNode* root) {
@@ -73,11 +74,15 @@ private:
     void data(const xmlNode* e, HistoryRecord& r) {
         HistoryData d;
         d.dbname = ReadAttrText(e, "dbname");
-        if (d.dbname.empty())
+        if (d.dbname.empty()) {
+            drop(r, "no database name; left out");
             return;
+        }
         d.dataname = ReadAttrText(e, "dataname");
-        if (d.dataname.empty())
+        if (d.dataname.empty()) {
+            drop(r, "no data name; left out");
             return;
+        }
         d.type = ReadAttrText(e, "type");
         if (d.type == "period")
             d.periodvalue = ReadAttrText(e, "periodvalue");
@@ -88,6 +93,11 @@ private:
         d.queryvarname = ReadAttrText(e, "queryvarname");
         d.description = ReadAttrText(e, "description");
         r.data.push_back(std::move(d));
+    }
+
+    void drop(const HistoryRecord& r, const char* reason) {
+        if (ctx_)
+            ctx_->drop("data in historydb \"" + r.name + "\"", reason);
     }
 
     // The one record of the older layout, made where its first element stands.
@@ -102,6 +112,7 @@ private:
 
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
     std::vector<HistoryRecord>& records_;
+    ReadContext* ctx_ = nullptr;
     std::size_t olderIndex_ = kNone;
 };
 
@@ -117,7 +128,7 @@ bool HistorySection::read(const std::string& path, ReadContext& ctx) {
         ctx.error = std::string("the root element is ") + rootName + ", not rqhistory or history";
         return false;
     }
-    HistoryReader(records_).rqhistory(doc.root());
+    HistoryReader(records_, &ctx).rqhistory(doc.root());
     return true;
 }
 

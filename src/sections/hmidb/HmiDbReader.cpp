@@ -67,6 +67,10 @@ bool HmiDbSection::read(const std::string& path, ReadContext& ctx) {
             readDatagroup(n, io);
         else if (name == kMemoryGroupName)
             readDatagroup(n, memory);
+        else
+            ctx.drop("datagroup \"" + name + "\"",
+                     "only the groups \"io\" and \"memory\" are read at the top; left out with "
+                     "its content");
     }
     return true;
 }

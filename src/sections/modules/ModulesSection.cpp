@@ -15,11 +15,13 @@ void appendEscaped(std::string& out, std::string_view value) {
         out += EscapeXmlAttr(value);
 }
 
-void module(const xmlNode* e, std::vector<UserModule>& modules) {
+void module(const xmlNode* e, std::vector<UserModule>& modules, ReadContext& ctx) {
     UserModule m;
     m.name = ReadAttrText(e, "name");
-    if (m.name.empty())
+    if (m.name.empty()) {
+        ctx.drop("module", "no name; left out");
         return;
+    }
     m.defines = ReadAttrText(e, "defines");
     m.srcfiles = ReadAttrText(e, "srcfiles");
     m.params = ReadAttrText(e, "params");
@@ -36,7 +38,7 @@ bool ModulesSection::read(const std::string& path, ReadContext& ctx) {
         return false;
     for (const xmlNode* n = doc.root()->children; n; n = n->next) {
         if (isElement(n, "module"))
-            module(n, modules_);
+            module(n, modules_, ctx);
     }
     return true;
 }

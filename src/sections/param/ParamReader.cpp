@@ -33,6 +33,9 @@ bool ParamSection::read(const std::string& path, ReadContext& ctx) {
         ParamItem item;
         if (readData(n, item))
             items.push_back(std::move(item));
+        else
+            ctx.drop("data",
+                     item.dbname.empty() ? "no database name; left out" : "no data name; left out");
     }
     return true;
 }

@@ -13,7 +13,7 @@ constexpr std::array<const char*, RedundancyRoles::kCount> kRoles = {"", "master
 
 class RedundancyReader {
 public:
-    explicit RedundancyReader(RedundancyConfig& c) : c_(c) {}
+    RedundancyReader(RedundancyConfig& c, ReadContext& ctx) : c_(c), ctx_(ctx) {}
 
     void redundancy(const xmlNode* root) {
         for (const xmlNode* n = root->children; n; n = n->next) {
@@ -33,8 +33,11 @@ private:
 
     // Only a TCP link is known; any other type leaves the link settings alone.
     void datalink(const xmlNode* e) {
-        if (ReadAttrText(e, "type") != "tcp")
+        const std::string type = ReadAttrText(e, "type");
+        if (type != "tcp") {
+            ctx_.drop("datalink", "type \"" + type + "\" is not \"tcp\"; left out");
             return;
+        }
         c_.timeout = ReadAttrText(e, "timeout");
         for (const xmlNode* n = e->children; n; n = n->next) {
             if (isElement(n, "master"))
@@ -52,18 +55,24 @@ private:
     // A pair with an empty side does not use up a slot; pairs past the fourth are
     // dropped.
     void link(const xmlNode* e) {
-        if (pairs_ >= RedundancyConfig::kLinkPairs)
-            return;
         std::string masterIp = ReadAttrText(e, "master_ip");
         std::string slaveIp = ReadAttrText(e, "slave_ip");
-        if (masterIp.empty() || slaveIp.empty())
+        const std::string where = "link \"" + masterIp + "\" - \"" + slaveIp + "\"";
+        if (pairs_ >= RedundancyConfig::kLinkPairs) {
+            ctx_.drop(where, "more than four link pairs; left out");
             return;
+        }
+        if (masterIp.empty() || slaveIp.empty()) {
+            ctx_.drop(where, "one side has no address; left out");
+            return;
+        }
         c_.linkMasterIp[pairs_] = std::move(masterIp);
         c_.linkSlaveIp[pairs_] = std::move(slaveIp);
         ++pairs_;
     }
 
     RedundancyConfig& c_;
+    ReadContext& ctx_;
     int pairs_ = 0;
 };
 
@@ -91,7 +100,7 @@ bool RedundancySection::read(const std::string& path, ReadContext& ctx) {
     XmlDocument doc;
     if (!doc.load(path, "redundancy", &ctx.error))
         return false;
-    RedundancyReader(config_).redundancy(doc.root());
+    RedundancyReader(config_, ctx).redundancy(doc.root());
     return true;
 }
 

@@ -67,9 +67,19 @@ std::size_t countSubtree(const xmlNode* element) {
 constexpr const char* kDatabaseExists = "The database already exist!";
 constexpr const char* kGroupExists = "The data group already exist!";
 
+// How a dropped element is named: its kind, its name if any, and where it stood.
+std::string describe(const char* kind, const std::string& name, const DataNode* parent) {
+    std::string out = kind;
+    if (!name.empty())
+        out += " \"" + name + "\"";
+    if (parent && !parent->name().empty())
+        out += " in \"" + parent->name() + "\"";
+    return out;
+}
+
 class RtdbReader {
 public:
-    RtdbReader(DataNode& root, MessageSink& sink) : root_(root), sink_(sink) {}
+    RtdbReader(DataNode& root, ReadContext& ctx) : root_(root), sink_(ctx.sink), ctx_(ctx) {}
 
     void rtdbs(const xmlNode* element) {
         for (const xmlNode* n = element->children; n; n = n->next)
@@ -80,10 +90,14 @@ public:
 private:
     void rtdb(const xmlNode* element) {
         std::string name = ReadAttrText(element, "name");
-        if (name.empty())
+        if (name.empty()) {
+            ctx_.drop("rtdb", "no name; left out with all its content");
             return;
+        }
         if (!databaseNames_.insert(name).second) {
             sink_.showMessage(kDatabaseExists, MessageIcon::Stop);
+            ctx_.drop(describe("rtdb", name, nullptr),
+                      "a second database of this name; left out with all its content");
             return;
         }
         std::string sync = ReadAttrText(element, "sync");
@@ -108,10 +122,15 @@ private:
 
     void datagroup(const xmlNode* element, DataNode& parent) {
         std::string name = ReadAttrText(element, "name");
-        if (name.empty())
+        if (name.empty()) {
+            ctx_.drop(describe("datagroup", name, &parent),
+                      "no name; left out with all its content");
             return;
+        }
         if (parent.nameInUse(name)) {
             sink_.showMessage(kGroupExists, MessageIcon::Stop);
+            ctx_.drop(describe("datagroup", name, &parent),
+                      "the name is already used in its database; left out with all its content");
             return;
         }
         DataNode& group = parent.addGroup(std::move(name));
@@ -123,12 +142,19 @@ private:
         DataItem item;
         readAttrs(element, kNames,
                   {&item.name, &item.type, &item.length, &item.init, &item.description});
-        if (item.name.empty() || item.type.empty())
+        if (item.name.empty() || item.type.empty()) {
+            ctx_.drop(describe("data", item.name, &node),
+                      item.name.empty() ? "no name; left out" : "no type; left out");
             return;
+        }
         if (item.length.empty()) {
             int size = DataTypeTable::sizeOfKeyword(item.type);
-            if (size < 1)
+            if (size < 1) {
+                ctx_.drop(describe("data", item.name, &node),
+                          "type \"" + item.type +
+                              "\" has no fixed size and no length is given; left out");
                 return;
+            }
             item.length = std::to_string(size);
         }
         node.addItem(std::move(item));
@@ -139,20 +165,24 @@ private:
         DataItem item;
         item.kind = DataItemKind::Alias;
         readAttrs(element, kNames, {&item.name, &item.target});
-        if (item.name.empty() || item.target.empty())
+        if (item.name.empty() || item.target.empty()) {
+            ctx_.drop(describe("datalias", item.name, &node),
+                      item.name.empty() ? "no alias name; left out" : "no data named; left out");
             return;
+        }
         node.addItem(std::move(item));
     }
 
     DataNode& root_;
     MessageSink& sink_;
+    ReadContext& ctx_;
     std::unordered_set<std::string> databaseNames_;
 };
 
 } // namespace
 
 bool RtdbSection::readDocument(XmlDocument& doc, ReadContext& ctx) {
-    RtdbReader reader(root_, ctx.sink);
+    RtdbReader reader(root_, ctx);
     reader.rtdbs(doc.root());
     return true;
 }
