@@ -94,14 +94,61 @@ int fail(const std::string& text, int status) {
     return status;
 }
 
+// The positions of the positional arguments that the usage names DIR (a project
+// directory): words of the synopsis after the command's name, outside brackets and
+// parentheses, an option's value word skipped.
+static std::vector<std::size_t> directoryPositions(const Command& command) {
+    std::vector<std::size_t> positions;
+    std::size_t words = 1;
+    for (char ch : command.name)
+        words += ch == ' ';
+    std::vector<std::string> tokens;
+    std::string token;
+    for (char ch : command.usage + " ") {
+        if (ch == ' ') {
+            if (!token.empty())
+                tokens.push_back(token);
+            token.clear();
+        } else {
+            token += ch;
+        }
+    }
+    int depth = 0;
+    std::size_t index = 0;
+    for (std::size_t i = words; i < tokens.size(); ++i) {
+        const std::string& t = tokens[i];
+        bool opens = t.front() == '[' || t.front() == '(';
+        if (opens || depth > 0) {
+            for (char ch : t)
+                depth += (ch == '[' || ch == '(') - (ch == ']' || ch == ')');
+            continue;
+        }
+        if (t.compare(0, 2, "--") == 0) {
+            ++i; // its value
+            continue;
+        }
+        if (t == "DIR")
+            positions.push_back(index);
+        ++index;
+    }
+    return positions;
+}
+
 bool parseOrExit(const Command& command, Options& options, const std::vector<std::string>& args,
                  std::size_t minPositional, std::size_t maxPositional, int* exitStatus) {
-    if (!options.parse(args, minPositional, maxPositional)) {
-        std::cerr << "rqpcli " << command.name << ": " << options.error() << "\n"
+    auto usageError = [&](const std::string& reason) {
+        std::cerr << "rqpcli " << command.name << ": " << reason << "\n"
                   << "usage: rqpcli " << command.usage << "\n";
         *exitStatus = kExitUsage;
         return false;
-    }
+    };
+    if (!options.parse(args, minPositional, maxPositional))
+        return usageError(options.error());
+    // An empty DIR would be taken as the current directory.
+    if (!options.helpRequested())
+        for (std::size_t i : directoryPositions(command))
+            if (i < options.positional().size() && options.positional()[i].empty())
+                return usageError("DIR must not be empty");
     if (options.helpRequested()) {
         std::cout << "usage: rqpcli " << command.usage << "\n" << command.summary << "\n";
         *exitStatus = kExitOk;

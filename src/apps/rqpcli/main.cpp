@@ -45,6 +45,22 @@ int main(int argc, char** argv) {
         }
     }
     if (!best) {
+        // A group word ("package", "device") without a known subcommand: list the
+        // group's commands.
+        std::vector<const Command*> group;
+        for (const auto& c : commands())
+            if (c.name.compare(0, args[0].size() + 1, args[0] + " ") == 0)
+                group.push_back(&c);
+        if (!group.empty()) {
+            if (args.size() > 1)
+                std::cerr << "rqpcli " << args[0] << ": unknown subcommand '" << args[1] << "'\n";
+            else
+                std::cerr << "rqpcli " << args[0] << ": a subcommand is needed\n";
+            std::cerr << "usage:\n";
+            for (const Command* c : group)
+                std::cerr << "  rqpcli " << c->usage << "\n      " << c->summary << "\n";
+            return kExitUsage;
+        }
         std::cerr << "rqpcli: unknown command '" << args[0] << "'\n";
         printUsage(std::cerr);
         return kExitUsage;
