@@ -1,7 +1,9 @@
 #!/bin/sh
 # Reference toolchain: archives the project's files into
 # PROJECT_DIR/download/rqupdate.tar.gz (gzip-compressed tar). The working folders
-# download/, upload/, logo/ and compile/ stay out of it.
+# download/, upload/, logo/ and compile/ stay out of it, and so does every dot
+# file or folder at any depth (the temporaries of a save that was killed, editor
+# and version-control files).
 #
 #   download.sh PROJECT_DIR
 set -u
@@ -15,10 +17,11 @@ cd "$dir" || exit 2
 mkdir -p download || exit 2
 list=download/.rqupdate.list
 part=download/rqupdate.tar.gz.part
-# Names keep their leading "./", so none can be taken for an option.
-find . -mindepth 1 -maxdepth 1 ! -name download ! -name upload ! -name logo ! -name compile \
-    -print | LC_ALL=C sort > "$list" || exit 2
-if tar -czf "$part" -T "$list"; then
+# Names keep their leading "./", so none can be taken for an option. The list
+# names every entry, so tar does not descend on its own.
+find . -mindepth 1 \( -name '.*' -o -path ./download -o -path ./upload -o -path ./logo \
+    -o -path ./compile \) -prune -o -print | LC_ALL=C sort > "$list" || exit 2
+if tar -czf "$part" --no-recursion -T "$list"; then
     rm -f "$list"
     mv -f "$part" download/rqupdate.tar.gz
 else

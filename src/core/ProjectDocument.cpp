@@ -4,7 +4,10 @@
 #include "core/ProjectFile.h"
 #include "core/TextEncoding.h"
 
+#include "core/Xml.h"
+
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace rq {
 
@@ -16,7 +19,43 @@ void ProjectDocument::clear() {
     for (ConfigSection* s : sections_)
         s->clear();
     model_ = ProjectModel{};
+    forgetFileStates();
 }
+
+void ProjectDocument::forgetFileStates() {
+    for (auto& r : unreadableReason_)
+        r.clear();
+    edited_.fill(false);
+    unreadable_.clear();
+    dropped_.clear();
+}
+
+namespace {
+
+// Whether anything (a file, a link, even a dangling one) stands at the path.
+bool somethingAt(const std::string& path) {
+    struct stat st;
+    return ::lstat(path.c_str(), &st) == 0;
+}
+
+// Removes ".FILE.XXXXXX", the temporaries of writeFileAtomic that a killed save
+// left behind, for the thirteen files.
+void removeStaleTemporaries(const std::string& dir) {
+    std::error_code ec;
+    for (const auto& entry : std::filesystem::directory_iterator(dir, ec)) {
+        const std::string name = entry.path().filename().string();
+        for (const char* file : kSectionFiles) {
+            const std::string prefix = std::string(".") + file + ".";
+            if (name.size() == prefix.size() + 6 && name.compare(0, prefix.size(), prefix) == 0 &&
+                entry.is_regular_file(ec) && !entry.is_symlink(ec)) {
+                std::filesystem::remove(entry.path(), ec);
+                break;
+            }
+        }
+    }
+}
+
+} // namespace
 
 bool ProjectDocument::createDirectories(const std::string& parent, const std::string& name) {
     std::string dir = joinPath(parent, name);
@@ -39,24 +78,38 @@ static std::string fullDirectoryPath(const std::string& dir) {
     return full;
 }
 
-bool ProjectDocument::open(const std::string& directory, std::string* error) {
+bool ProjectDocument::open(const std::string& directory, std::string* error, OpenPurpose purpose) {
     const std::string dir = fullDirectoryPath(directory);
     clear();
+    std::vector<DroppedRecord> dropped;
+    collectDropped_ = &dropped;
     for (int i = 0; i < kSectionCount; ++i) {
         std::string reason;
         if (loadSection(i, dir, &reason))
             continue;
+        const std::string path = joinPath(dir, kSectionFiles[i]);
         if (i < kRequiredSections) {
+            collectDropped_ = nullptr;
             if (error)
-                *error = joinPath(dir, kSectionFiles[i]) + ": " + reason;
+                *error = path + ": " + reason;
             clear();
             return false;
         }
-        // An optional file that is missing or unreadable leaves its section empty.
+        // An optional file that is missing leaves its section empty; one that is
+        // there but cannot be read does too, and Save must not replace it.
         section(i).clear();
+        if (somethingAt(path)) {
+            unreadableReason_[i] = reason;
+            unreadable_.push_back(path + ": " + reason);
+        }
     }
-    makeDirectory(joinPath(dir, "data"));
-    makeDirectory(joinPath(dir, "hisdata"));
+    collectDropped_ = nullptr;
+    dropped_ = std::move(dropped);
+    if (purpose == OpenPurpose::Edit) {
+        makeDirectory(joinPath(dir, "data"));
+        makeDirectory(joinPath(dir, "hisdata"));
+        removeStaleTemporaries(dir);
+    }
     model_.projectDirectory = dir;
     model_.modified = false;
     return true;
@@ -71,6 +124,11 @@ bool ProjectDocument::loadSection(int index, const std::string& dir, std::string
     bool ok = section(index).read(path, ctx);
     if (!ok && error)
         *error = ctx.error.empty() ? "cannot be read" : ctx.error;
+    if (collectDropped_)
+        for (DroppedRecord& d : ctx.dropped) {
+            d.file = kSectionFiles[index];
+            collectDropped_->push_back(std::move(d));
+        }
     return ok;
 }
 
@@ -87,18 +145,50 @@ bool ProjectDocument::saveSection(int index, const std::string& dir, std::string
     model_.currentSection = index;
     std::string text = sectionText(index);
     const std::string path = joinPath(dir, kSectionFiles[index]);
-    if (isAscii(text) || deviceCodePageIsUtf8())
-        return writeFileAtomic(path, text, error);
-    return writeFileAtomic(path, toDeviceXml(text), error);
+    if (!isAscii(text) && !deviceCodePageIsUtf8())
+        text = toDeviceXml(text);
+    // The writers store most values unescaped: a file that its own reader would
+    // refuse is never written over the old one.
+    XmlDocument readBack;
+    std::string why;
+    if (!readBack.loadMemory(text, path, "", &why)) {
+        if (error)
+            *error = "not saved, the file on disk is kept: the section holds a value with '\"', "
+                     "'<' or '&', which the file cannot store (" +
+                     why + ")";
+        return false;
+    }
+    return writeFileAtomic(path, text, error);
 }
 
 SaveReport ProjectDocument::saveAll() {
     SaveReport report;
     const std::string& dir = model_.projectDirectory;
     for (int i = 0; i < kSectionCount; ++i) {
+        const std::string path = joinPath(dir, kSectionFiles[i]);
+        if (sectionUnreadable(i)) {
+            const std::string why =
+                "it could not be read when the project was opened (" + unreadableReason_[i] + ")";
+            if (!edited_[i] ||
+                !sink_.askYesNo(path + ": " + why +
+                                    ".\nYou have edited this section since. Replace the file "
+                                    "with the section as it is now?",
+                                MessageIcon::Question, true)) {
+                report.kept.push_back(path + ": left as it is on disk, because " + why);
+                continue;
+            }
+        }
         std::string reason;
-        if (!saveSection(i, dir, &reason))
-            report.failures.push_back(joinPath(dir, kSectionFiles[i]) + ": " + reason);
+        if (!saveSection(i, dir, &reason)) {
+            report.failures.push_back(path + ": " + reason);
+            continue;
+        }
+        if (sectionUnreadable(i)) {
+            unreadableReason_[i].clear();
+            std::erase_if(unreadable_, [&](const std::string& line) {
+                return line.compare(0, path.size() + 2, path + ": ") == 0;
+            });
+        }
     }
     model_.modified = false;
     return report;

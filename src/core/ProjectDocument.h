@@ -16,8 +16,17 @@ namespace rq {
 
 struct SaveReport {
     std::vector<std::string> failures; // one line per file that could not be written
+    // One line per file left as it was on disk because it could not be read when
+    // the project was opened (and its section was not replaced on purpose).
+    std::vector<std::string> kept;
     bool ok() const { return failures.empty(); }
+    // Every file now holds what is in memory.
+    bool complete() const { return failures.empty() && kept.empty(); }
 };
+
+// Why a project is opened. Read-only commands (information, checks) inspect it and
+// must write nothing: no working directories made, no stale temporaries removed.
+enum class OpenPurpose { Edit, Inspect };
 
 class ProjectDocument {
 public:
@@ -42,11 +51,33 @@ public:
 
     // Opens the project in `dir`: the thirteen files in order, the first four
     // required. False with "FILE: reason" in *error; the document is then cleared.
-    bool open(const std::string& dir, std::string* error);
+    // An optional file that is missing leaves its section empty; one that exists but
+    // cannot be read (not a regular file, no permission, empty, cut short, wrong
+    // root, bytes in no known code page...) leaves its section empty too, and is
+    // marked unreadable and listed in unreadableFiles(). For OpenPurpose::Edit, data/
+    // and hisdata/ are made and temporaries left by a killed save are removed.
+    bool open(const std::string& dir, std::string* error, OpenPurpose purpose = OpenPurpose::Edit);
+
+    // "FILE: reason" for each optional file that could not be read at the open.
+    const std::vector<std::string>& unreadableFiles() const { return unreadable_; }
+    bool sectionUnreadable(int index) const { return unreadableReason_.at(index).size() > 0; }
+    // What the readers left out at the open, with the file's name.
+    const std::vector<DroppedRecord>& droppedRecords() const { return dropped_; }
+
+    // Every editor calls this when it changes section `index` (1..12; 0 is the
+    // project file). A section that could not be read is saved over its file only
+    // when it has been edited since the open, and then only after asking. The
+    // real-time database editor calls it through the shell's mark-modified hook.
+    void markSectionEdited(int index) { edited_.at(index) = true; }
+    bool sectionEdited(int index) const { return edited_.at(index); }
 
     // Writes the thirteen files in order into the project directory. A file that
     // cannot be written is reported and the others are still written; `modified`
-    // is cleared.
+    // is cleared. A file whose bytes would not read back (a value holding '"', '<'
+    // or '&', which the writers store unescaped) is not written: the old file stays
+    // and the failure names it. A section marked unreadable leaves its file as it is
+    // (reported in `kept`), unless it was edited since the open and the user agrees
+    // to replace the file.
     SaveReport saveAll();
 
     // Loads or saves one index (0 = the project file), through currentSection.
@@ -58,8 +89,15 @@ public:
 private:
     const Catalogs& catalogs_;
     MessageSink& sink_;
+    void forgetFileStates();
+
     std::array<ConfigSection*, kSectionCount - 1> sections_;
     ProjectModel model_;
+    std::array<std::string, kSectionCount> unreadableReason_;
+    std::array<bool, kSectionCount> edited_{};
+    std::vector<std::string> unreadable_;
+    std::vector<DroppedRecord> dropped_;
+    std::vector<DroppedRecord>* collectDropped_ = nullptr;
 };
 
 } // namespace rq

@@ -42,6 +42,11 @@ void checkHmiType(const Project& project, CheckContext& ctx) {
 
 std::vector<std::string> checkProject(const Project& project, const RtdbSection* systemDatabase) {
     ProjectCheckContext ctx(project.rtdb, systemDatabase);
+    for (const std::string& line : project.doc.unreadableFiles())
+        ctx.finding(line + " (the file cannot be read; Save leaves it as it is)");
+    for (const DroppedRecord& d : project.doc.droppedRecords())
+        ctx.finding(d.file + ": " + d.element + ": " + d.reason +
+                    " (left out on reading; a save drops it from the file)");
     const ProjectModel& m = project.model();
     ctx.rawValue("rqrun.xml: project name", m.name);
     ctx.rawValue("rqrun.xml: project description", m.description);

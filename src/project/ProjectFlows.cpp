@@ -2,6 +2,7 @@
 
 #include "core/FileUtil.h"
 #include "core/HmiDeviceCatalog.h"
+#include "core/StorableValue.h"
 
 #include <filesystem>
 #include <fstream>
@@ -13,6 +14,15 @@ std::string projectDirectoryOf(const std::string& path, const std::string& name)
     while (parent.size() > 1 && parent.back() == '/')
         parent.pop_back();
     return joinPath(parent, name);
+}
+
+std::optional<std::string> checkProjectFields(std::string_view name, std::string_view description,
+                                              std::string_view slaveIp) {
+    if (auto m = checkStorableValue("Project Name", name))
+        return m;
+    if (auto m = checkStorableValue("Project Description", description))
+        return m;
+    return checkStorableValue("Default Slave IP Address", slaveIp);
 }
 
 const HmiDeviceType* acceptProjectForm(const ProjectForm& form, ProjectDialogMode mode,
@@ -28,6 +38,10 @@ const HmiDeviceType* acceptProjectForm(const ProjectForm& form, ProjectDialogMod
     }
     if (!form.hmiDisplay) {
         sink.showMessage(kMsgChooseHmi, MessageIcon::Stop);
+        return nullptr;
+    }
+    if (auto message = checkProjectFields(form.name, form.description, form.slaveIp)) {
+        sink.showMessage(*message, MessageIcon::Stop);
         return nullptr;
     }
     if (mode == ProjectDialogMode::Create) {
@@ -158,6 +172,12 @@ bool ProjectFlows::openWithoutQuestion(const std::string& given) {
     }
     host_.addRecent(doc_.model().projectDirectory);
     host_.projectLoaded();
+    if (!doc_.unreadableFiles().empty()) {
+        std::string text = kMsgUnreadableFiles;
+        for (const std::string& line : doc_.unreadableFiles())
+            text += "\n" + line;
+        doc_.sink().showMessage(text, MessageIcon::Stop);
+    }
     return true;
 }
 
@@ -193,6 +213,12 @@ bool ProjectFlows::writeAll() {
     // written and the save counts as done.
     for (const std::string& line : report.failures)
         doc_.sink().showMessage("Failed to save document.\n" + line, MessageIcon::Stop);
+    if (!report.kept.empty()) {
+        std::string text = kMsgFilesKept;
+        for (const std::string& line : report.kept)
+            text += "\n" + line;
+        doc_.sink().showMessage(text, MessageIcon::Information);
+    }
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace rq {
 
@@ -76,11 +77,23 @@ inline constexpr const char* kMsgSaveFirst =
     "Do not choose project directory, please save project before!";
 inline constexpr const char* kMsgInputIp = "Please input corresponding HMI IP address!";
 inline constexpr const char* kMsgNoLadder = "Current selected HMI type can't support ladder!";
+// After an open, before the "FILE: reason" lines of the optional files that could
+// not be read; after a save, before those that Save therefore left as they were.
+inline constexpr const char* kMsgUnreadableFiles =
+    "These project files could not be read. Their sections are empty; Save leaves the "
+    "files as they are on disk unless you edit the section:";
+inline constexpr const char* kMsgFilesKept = "Save left these files as they are on disk:";
 inline constexpr const char* kTitleParentFolder =
     "Please choose project directory(Not including project name):";
 inline constexpr const char* kTitleProjectFolder = "Please choose project directory:";
 
-// The project dialog's OK check: the three field checks, in creation mode the
+// The fields of the project file that are stored unescaped: the message naming the
+// first one that holds '"', '<' or '&', or nothing.
+std::optional<std::string> checkProjectFields(std::string_view name, std::string_view description,
+                                              std::string_view slaveIp);
+
+// The project dialog's OK check: the three field checks, the values that the
+// project file could not store (checkProjectFields), in creation mode the
 // directories (path + name, then hisdata and data inside it), then the catalog
 // lookup by display text. Returns the HMI type when the dialog may close; nullptr
 // when it stays open (a message has been shown for every failure but the lookup).

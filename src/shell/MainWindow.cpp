@@ -82,7 +82,12 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     createToolBar();
     createStatusBar();
 
-    ShellContext ctx{*tree_, *view_, *sink_, this, [this] { markModified(); }};
+    // The real-time database editor's changes mark its section (index 1) edited, so
+    // that Save knows which sections the user changed since the open.
+    ShellContext ctx{*tree_, *view_, *sink_, this, [this] {
+                         project_->doc.markSectionEdited(1);
+                         markModified();
+                     }};
     auto rtdb = std::make_unique<RtdbTreeSection>(project_->rtdb, ctx);
     rtdb_ = rtdb.get();
     registerSection(std::move(rtdb));

@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <sys/stat.h>
 
 using namespace rq;
 using rqtest::readFile;
@@ -129,4 +131,149 @@ TEST(ProjectDocument, TextIsStoredInTheDeviceCodePageAndReadBack) {
     ASSERT_TRUE(r.doc.open(dir.file("p"), &error)) << error;
     EXPECT_EQ(r.model().description, chinese + snowman);
     EXPECT_EQ(r.model().downloadPassword, chinese);
+}
+
+// An optional file that is there but cannot be read is reported, and Save leaves it
+// on disk as it is unless its section was edited and the user agrees.
+TEST(ProjectDocument, AnUnreadableOptionalFileIsReportedAndKept) {
+    Fixture f;
+    TempDir dir;
+    makeProject(f, dir, "p");
+    const std::string p = dir.file("p/");
+    const std::pair<const char*, std::string> bad[] = {
+        {"device.xml", ""},                                  // empty
+        {"param.xml", "<params><data dbname=\"db\""},        // cut short
+        {"datalog.xml", "\x89PNG\r\n\x1A\n garbage"},        // garbage
+        {"history.xml", "<alarms/>"},                        // wrong root
+        {"alarm.xml", "<alarms><group name=\"caf\xE9 \"/>"}, // Latin-1 bytes
+    };
+    for (const auto& [file, bytes] : bad)
+        writeFile(p + file, bytes);
+    fs::remove(p + "printer.xml");
+    ASSERT_EQ(::mkfifo((p + "printer.xml").c_str(), 0644), 0);
+
+    Project q(f.catalogs, f.sink);
+    std::string error;
+    ASSERT_TRUE(q.doc.open(dir.file("p"), &error)) << error;
+    ASSERT_EQ(q.doc.unreadableFiles().size(), 6u);
+    for (const auto& [file, bytes] : bad)
+        EXPECT_TRUE(q.doc.sectionUnreadable(static_cast<int>(
+            std::find(kSectionFiles.begin(), kSectionFiles.end(), std::string_view(file)) -
+            kSectionFiles.begin())))
+            << file;
+    EXPECT_NE(q.doc.unreadableFiles().back().find(p + "printer.xml: not a regular file"),
+              std::string::npos)
+        << q.doc.unreadableFiles().back();
+    EXPECT_FALSE(q.doc.sectionUnreadable(9)); // modules.xml read fine
+
+    SaveReport report = q.doc.saveAll();
+    EXPECT_TRUE(report.ok());
+    EXPECT_EQ(report.kept.size(), 6u);
+    for (const auto& [file, bytes] : bad)
+        EXPECT_EQ(readFile(p + file), bytes) << file;
+    EXPECT_TRUE(fs::is_fifo(p + "printer.xml"));
+
+    // Edited since the open: asked, and replaced only on Yes.
+    q.doc.markSectionEdited(4);
+    q.doc.markSectionEdited(5);
+    f.sink.entries.clear();
+    f.sink.answers = {false, true}; // device.xml: No; param.xml: Yes
+    report = q.doc.saveAll();
+    ASSERT_EQ(f.sink.entries.size(), 2u);
+    EXPECT_TRUE(f.sink.entries[0].question);
+    EXPECT_NE(f.sink.entries[0].text.find("device.xml"), std::string::npos);
+    EXPECT_EQ(readFile(p + "device.xml"), "");
+    EXPECT_EQ(readFile(p + "param.xml"), q.doc.sectionText(5));
+    EXPECT_FALSE(q.doc.sectionUnreadable(5));
+    EXPECT_EQ(report.kept.size(), 5u);
+    EXPECT_EQ(q.doc.unreadableFiles().size(), 5u);
+}
+
+TEST(ProjectDocument, InspectingWritesNothingAndEditingCleansUp) {
+    Fixture f;
+    TempDir dir;
+    makeProject(f, dir, "p");
+    fs::remove_all(dir.file("p/data"));
+    fs::remove_all(dir.file("p/hisdata"));
+    writeFile(dir.file("p/.rtdb.xml.a1B2c3"), "half a save");
+    writeFile(dir.file("p/.keep.xml.a1B2c3"), "not ours");
+    std::string error;
+    {
+        Project q(f.catalogs, f.sink);
+        ASSERT_TRUE(q.doc.open(dir.file("p"), &error, OpenPurpose::Inspect)) << error;
+        EXPECT_FALSE(fs::exists(dir.file("p/data")));
+        EXPECT_TRUE(fs::exists(dir.file("p/.rtdb.xml.a1B2c3")));
+    }
+    Project q(f.catalogs, f.sink);
+    ASSERT_TRUE(q.doc.open(dir.file("p"), &error)) << error;
+    EXPECT_TRUE(directoryExists(dir.file("p/data")));
+    EXPECT_TRUE(directoryExists(dir.file("p/hisdata")));
+    EXPECT_FALSE(fs::exists(dir.file("p/.rtdb.xml.a1B2c3")));
+    EXPECT_TRUE(fs::exists(dir.file("p/.keep.xml.a1B2c3")));
+}
+
+TEST(ProjectDocument, AFileThatWouldNotReadBackIsNeverWritten) {
+    Fixture f;
+    TempDir dir;
+    makeProject(f, dir, "p");
+    const std::string before = readFile(dir.file("p/rqrun.xml"));
+    Project q(f.catalogs, f.sink);
+    std::string error;
+    ASSERT_TRUE(q.doc.open(dir.file("p"), &error)) << error;
+    q.model().description = "<b>R&D</b>";
+    q.rtdb.root().addDatabase("Tank \"A\"");
+    SaveReport report = q.doc.saveAll();
+    ASSERT_EQ(report.failures.size(), 2u);
+    EXPECT_NE(report.failures[0].find("rqrun.xml: not saved, the file on disk is kept"),
+              std::string::npos)
+        << report.failures[0];
+    EXPECT_NE(report.failures[1].find("rtdb.xml"), std::string::npos);
+    EXPECT_EQ(readFile(dir.file("p/rqrun.xml")), before);
+    Project r(f.catalogs, f.sink);
+    EXPECT_TRUE(r.doc.open(dir.file("p"), &error)) << error;
+}
+
+// What each reader leaves out under its reading rules is named with its file.
+TEST(ProjectDocument, WhatTheReadersLeaveOutIsRecorded) {
+    Fixture f;
+    TempDir dir;
+    makeProject(f, dir, "p");
+    const std::string p = dir.file("p/");
+    writeFile(p + "rtdb.xml", "<rtdbs><rtdb name=\"db\"/><rtdb name=\"db\"><data name=\"x\" "
+                              "type=\"short\"/></rtdb><rtdb name=\"b\"><data name=\"s\" "
+                              "type=\"nosuch\"/><datagroup name=\"\"/></rtdb></rtdbs>");
+    writeFile(p + "hmidb.xml", "<hmidb><datagroup name=\"other\"/></hmidb>");
+    writeFile(p + "device.xml", "<devices><link name=\"l\" driver=\"canbus\"/></devices>");
+    writeFile(p + "param.xml", "<params><data dataname=\"x\"/></params>");
+    writeFile(p + "datalog.xml", "<datalog><log name=\"g\" source=\"disk\"/></datalog>");
+    writeFile(p + "history.xml", "<rqhistory><historydb name=\"h\"><logdata><data "
+                                 "dataname=\"x\"/></logdata></historydb></rqhistory>");
+    writeFile(p + "alarm.xml", "<alarm><alarmgroup name=\"a\"/><alarmgroup name=\"a\"/></alarm>");
+    writeFile(p + "modules.xml", "<modules><module srcfiles=\"a.c\"/></modules>");
+    writeFile(p + "redundancy.xml", "<redundancy><datalink type=\"udp\"/></redundancy>");
+    writeFile(p + "fbd.xml", "<fblocks><fbd name=\"f\"/><fbd name=\"f\"/></fblocks>");
+    Project q(f.catalogs, f.sink);
+    std::string error;
+    ASSERT_TRUE(q.doc.open(dir.file("p"), &error)) << error;
+    std::vector<std::string> lines;
+    for (const DroppedRecord& d : q.doc.droppedRecords())
+        lines.push_back(d.file + ": " + d.element + ": " + d.reason);
+    const char* expected[] = {
+        "rtdb.xml: rtdb \"db\": a second database of this name",
+        "rtdb.xml: data \"s\" in \"b\": type \"nosuch\" has no fixed size",
+        "rtdb.xml: datagroup in \"b\": no name",
+        "hmidb.xml: datagroup \"other\"",
+        "device.xml: link \"l\": unknown kind (driver \"canbus\")",
+        "param.xml: data: no database name",
+        "datalog.xml: log \"g\": source \"disk\"",
+        "history.xml: data in historydb \"h\": no database name",
+        "alarm.xml: alarmgroup \"a\": a second alarm group",
+        "modules.xml: module: no name",
+        "redundancy.xml: datalink: type \"udp\"",
+        "fbd.xml: fbd \"f\": a second block",
+    };
+    ASSERT_EQ(lines.size(), std::size(expected));
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        EXPECT_EQ(lines[i].find(expected[i]), 0u) << lines[i];
+    EXPECT_TRUE(q.doc.unreadableFiles().empty());
 }

@@ -146,6 +146,22 @@ TEST_F(Flows, ProjectDialogChecksInOrderAndStaysOpen) {
          ProjectDialogMode::Create,
          {"Create directory failed!"},
          false},
+        // Values the project file stores unescaped, checked before any directory.
+        {{"R&D", "", w, "Panel 7", ""},
+         ProjectDialogMode::Create,
+         {"The field \"Project Name\" must not hold '&': the project file stores it as it is "
+          "and could not be read again."},
+         false},
+        {{"e", "<b>", w, "Panel 7", ""},
+         ProjectDialogMode::Property,
+         {"The field \"Project Description\" must not hold '<': the project file stores it as "
+          "it is and could not be read again."},
+         false},
+        {{"e", "", w, "Panel 7", "1.2.3.4\""},
+         ProjectDialogMode::Property,
+         {"The field \"Default Slave IP Address\" must not hold '\"': the project file stores "
+          "it as it is and could not be read again."},
+         false},
         {{"b", "", w, "Panel 9", ""}, ProjectDialogMode::Create, {}, false},
         {{"c", "", w, "Panel 4", ""}, ProjectDialogMode::Create, {}, true},
         {{"d", "", w, "Panel 4", ""}, ProjectDialogMode::Property, {}, true},
@@ -158,13 +174,14 @@ TEST_F(Flows, ProjectDialogChecksInOrderAndStaysOpen) {
         for (const auto& e : sink.entries)
             EXPECT_EQ(e.icon, rq::MessageIcon::Stop);
     }
+    EXPECT_FALSE(fs::exists(tmp.path() / "work/R&D"));
     // An unknown display text still made the directories; property mode makes none.
     EXPECT_TRUE(fs::is_directory(tmp.path() / "work/b/hisdata"));
     EXPECT_TRUE(fs::is_directory(tmp.path() / "work/c/data"));
     EXPECT_FALSE(fs::exists(tmp.path() / "work/d"));
     // A second creation of the same directory fails.
     sink.entries.clear();
-    EXPECT_EQ(rq::acceptProjectForm(cases[5].form, ProjectDialogMode::Create, project.doc),
+    EXPECT_EQ(rq::acceptProjectForm(cases[8].form, ProjectDialogMode::Create, project.doc),
               nullptr);
     EXPECT_EQ(messages(), std::vector<std::string>{"Create directory failed!"});
 }
@@ -293,6 +310,32 @@ TEST_F(Flows, OpenReadsTheProjectAndReportsFailures) {
     ASSERT_EQ(messages().size(), 1u);
     EXPECT_NE(messages()[0].find("hmidb.xml"), std::string::npos);
     EXPECT_EQ(project.model().name, "");
+}
+
+// Damaged optional files: one message after the open lists them all, and Save says
+// which files it left as they were.
+TEST_F(Flows, OpenListsUnreadableFilesInOneMessageAndSaveKeepsThem) {
+    host.projectPresses = {form("demo")};
+    flows.newProject();
+    ASSERT_TRUE(flows.save());
+    const fs::path dir = project.model().projectDirectory;
+    rqtest::writeFile(dir / "device.xml", "");
+    rqtest::writeFile(dir / "alarm.xml", "<devices/>");
+    sink.entries.clear();
+    ASSERT_TRUE(flows.openDirectory(dir.string()));
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_EQ(messages()[0].rfind(rq::kMsgUnreadableFiles, 0), 0u);
+    EXPECT_NE(messages()[0].find("\n" + (dir / "device.xml").string() + ": "), std::string::npos);
+    EXPECT_NE(messages()[0].find("\n" + (dir / "alarm.xml").string() + ": the root element"),
+              std::string::npos)
+        << messages()[0];
+
+    sink.entries.clear();
+    ASSERT_TRUE(flows.save());
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_EQ(messages()[0].rfind(rq::kMsgFilesKept, 0), 0u);
+    EXPECT_EQ(rqtest::readFile(dir / "alarm.xml"), "<devices/>");
+    EXPECT_EQ(rqtest::readFile(dir / "device.xml"), "");
 }
 
 TEST_F(Flows, PropertyReplacesFieldsButKeepsTheDirectory) {

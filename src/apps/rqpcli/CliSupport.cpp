@@ -35,13 +35,17 @@ ConsoleSink& consoleSink() {
     return sink;
 }
 
-std::unique_ptr<rq::Project> openProject(const std::string& dir) {
+std::unique_ptr<rq::Project> openProject(const std::string& dir, rq::OpenPurpose purpose,
+                                         bool quiet) {
     auto project = std::make_unique<rq::Project>(catalogs(), consoleSink());
     std::string error;
-    if (!project->doc.open(dir, &error)) {
+    if (!project->doc.open(dir, &error, purpose)) {
         fail("cannot open project: " + error);
         return nullptr;
     }
+    if (!quiet)
+        for (const auto& line : project->doc.unreadableFiles())
+            fail(line);
     return project;
 }
 
@@ -49,7 +53,9 @@ bool saveProject(rq::Project& project) {
     rq::SaveReport report = project.doc.saveAll();
     for (const auto& line : report.failures)
         fail("cannot save " + line);
-    return report.ok();
+    for (const auto& line : report.kept)
+        fail("not saved: " + line);
+    return report.complete();
 }
 
 } // namespace rqcli

@@ -25,11 +25,15 @@ const rq::Catalogs& catalogs();
 ConsoleSink& consoleSink();
 
 // Opens the project in `dir`; on failure prints "cannot open project: FILE: reason"
-// and returns null.
-std::unique_ptr<rq::Project> openProject(const std::string& dir);
+// and returns null. An optional file that could not be read is printed as
+// "FILE: reason" unless `quiet` (the caller lists it itself). Read-only commands
+// open for rq::OpenPurpose::Inspect, which writes nothing.
+std::unique_ptr<rq::Project> openProject(const std::string& dir,
+                                         rq::OpenPurpose purpose = rq::OpenPurpose::Edit,
+                                         bool quiet = false);
 
-// Saves all files; prints one line per file that could not be written. True when
-// every file was written.
+// Saves all files; prints one line per file that could not be written and per file
+// left as it was because it could not be read. True when every file was written.
 bool saveProject(rq::Project& project);
 
 } // namespace rqcli

@@ -5,6 +5,7 @@
 #include "core/FileUtil.h"
 #include "core/HmiDeviceCatalog.h"
 #include "project/ProjectCheck.h"
+#include "project/ProjectFlows.h"
 #include "sections/rtdb/RtdbSection.h"
 
 #include <cstdio>
@@ -30,6 +31,9 @@ int runNew(const std::vector<std::string>& args) {
     const rq::HmiDeviceType* type = catalogs().hmi.FindByName(opt.value("hmi-type").value_or(""));
     if (!type || opt.value("hmi-type").value_or("").empty())
         return fail("Please HMI type!");
+    if (auto message = rq::checkProjectFields(name, opt.value("description").value_or(""),
+                                              opt.value("ip").value_or("")))
+        return fail(*message);
     rq::Project project(catalogs(), consoleSink());
     project.doc.clear();
     if (!project.doc.createDirectories(parent, name))
@@ -84,7 +88,7 @@ int runInfo(const std::vector<std::string>& args) {
     int status;
     if (!parseOrExit(commandNamed("info"), opt, args, 1, 1, &status))
         return status;
-    auto project = openProject(opt.positional()[0]);
+    auto project = openProject(opt.positional()[0], rq::OpenPurpose::Inspect);
     if (!project)
         return kExitFailure;
     const rq::ProjectModel& m = project->model();
@@ -139,7 +143,12 @@ int runResave(const std::vector<std::string>& args) {
     auto project = openProject(opt.positional()[0]);
     if (!project)
         return kExitFailure;
-    return saveProject(*project) ? kExitOk : kExitFailure;
+    // What the readers left out is gone from the files after the save: say so.
+    for (const rq::DroppedRecord& d : project->doc.droppedRecords())
+        fail("warning: " + d.file + ": " + d.element + ": " + d.reason +
+             "; left out of the saved file");
+    bool saved = saveProject(*project);
+    return saved && project->doc.droppedRecords().empty() ? kExitOk : kExitFailure;
 }
 
 int runCheck(const std::vector<std::string>& args) {
@@ -147,7 +156,7 @@ int runCheck(const std::vector<std::string>& args) {
     int status;
     if (!parseOrExit(commandNamed("check"), opt, args, 1, 1, &status))
         return status;
-    auto project = openProject(opt.positional()[0]);
+    auto project = openProject(opt.positional()[0], rq::OpenPurpose::Inspect, true);
     if (!project)
         return kExitFailure;
     rq::ReadContext ctx{consoleSink(), &catalogs().hmi, &catalogs().io, {}};
@@ -174,6 +183,11 @@ int runPassword(const std::vector<std::string>& args) {
         std::getline(std::cin, password);
         if (!password.empty() && password.back() == '\r')
             password.pop_back();
+        // An empty line or no input at all is most likely a mistake in a script;
+        // removing the password takes an explicit --password "".
+        if (password.empty())
+            return fail("no password on standard input; the password is left as it is "
+                        "(--password \"\" removes it)");
     } else {
         password = *opt.value("password");
     }
