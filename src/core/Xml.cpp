@@ -87,11 +87,14 @@ std::string declarationEncoding(std::string_view head) {
 }
 
 // The parser stops at the first entity declaration: project and catalog files
-// declare none, and an entity used many times can take gigabytes to expand.
+// declare none, and an entity used many times can take gigabytes to expand. The
+// flag of the parse in progress on this thread records it.
+thread_local bool* entityDeclaredFlag = nullptr;
+
 void refuseEntity(void* ctx, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {
-    auto* ctxt = static_cast<xmlParserCtxtPtr>(ctx);
-    *static_cast<bool*>(ctxt->_private) = true;
-    xmlStopParser(ctxt);
+    if (entityDeclaredFlag)
+        *entityDeclaredFlag = true;
+    xmlStopParser(static_cast<xmlParserCtxtPtr>(ctx));
 }
 
 void refuseUnparsedEntity(void* ctx, const xmlChar*, const xmlChar*, const xmlChar*,
@@ -156,7 +159,7 @@ bool XmlDocument::parse(std::string_view bytes, const std::string& name, std::st
         return false;
     }
     bool entityDeclared = false;
-    ctxt->_private = &entityDeclared;
+    entityDeclaredFlag = &entityDeclared;
     ctxt->sax->entityDecl = refuseEntity;
     ctxt->sax->unparsedEntityDecl = refuseUnparsedEntity;
     auto read = [&](const char* encoding) {
@@ -175,7 +178,6 @@ bool XmlDocument::parse(std::string_view bytes, const std::string& name, std::st
             reason = notInEitherCodePage(bytes, *bad, cp);
         } else {
             xmlCtxtReset(ctxt);
-            ctxt->_private = &entityDeclared;
             doc_ = read(cp);
             if (!doc_)
                 reason = failure();
@@ -186,6 +188,7 @@ bool XmlDocument::parse(std::string_view bytes, const std::string& name, std::st
         doc_ = nullptr;
         reason = kEntityRefused;
     }
+    entityDeclaredFlag = nullptr;
     xmlFreeParserCtxt(ctxt);
     if (!doc_ && error)
         *error = reason;

@@ -173,7 +173,7 @@ bool ProjectFlows::openWithoutQuestion(const std::string& given) {
     host_.addRecent(doc_.model().projectDirectory);
     host_.projectLoaded();
     if (!doc_.unreadableFiles().empty()) {
-        std::string text = kMsgUnreadableFiles;
+        std::string text = std::string(kMsgUnreadableFiles) + "\n";
         for (const std::string& line : doc_.unreadableFiles())
             text += "\n" + line;
         doc_.sink().showMessage(text, MessageIcon::Stop);
@@ -214,7 +214,7 @@ bool ProjectFlows::writeAll() {
     for (const std::string& line : report.failures)
         doc_.sink().showMessage("Failed to save document.\n" + line, MessageIcon::Stop);
     if (!report.kept.empty()) {
-        std::string text = kMsgFilesKept;
+        std::string text = std::string(kMsgFilesKept) + "\n";
         for (const std::string& line : report.kept)
             text += "\n" + line;
         doc_.sink().showMessage(text, MessageIcon::Information);

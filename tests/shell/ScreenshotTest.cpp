@@ -16,6 +16,7 @@
 
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
 #include <QScreen>
 #include <gtest/gtest.h>
@@ -128,6 +129,24 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     QImage strip = rqshell::nodeImageStrip();
     strip.scaled(strip.width() * 8, strip.height() * 8)
         .save(QString::fromStdString(out + "/node-images.png"));
+
+    // After an open: the optional files that could not be read, in one message; at
+    // Save, the question before an edited one of them is replaced.
+    const std::string files = std::string(rq::kMsgUnreadableFiles) +
+                              "\n\n/home/user/plant/device.xml: line 1: Premature end of data in "
+                              "tag link line 1\n/home/user/plant/printer.xml: not a regular "
+                              "file: it is a named pipe (FIFO)";
+    QMessageBox unreadable(QMessageBox::Critical, QApplication::applicationName(),
+                           QString::fromUtf8(files), QMessageBox::Ok);
+    save(unreadable, "message-unreadable-files");
+    QMessageBox replace(QMessageBox::Question, QApplication::applicationName(),
+                        QStringLiteral("/home/user/plant/device.xml: it could not be read when the "
+                                       "project was opened (line 1: Premature end of data in tag "
+                                       "link line 1).\nYou have edited this section since. Replace "
+                                       "the file with the section as it is now?"),
+                        QMessageBox::Yes | QMessageBox::No);
+    replace.setDefaultButton(QMessageBox::No);
+    save(replace, "question-replace-unreadable");
 }
 
 } // namespace
