@@ -160,6 +160,9 @@ TEST(Rqpcli, UsageErrorsNameWhatIsMissing) {
         EXPECT_EQ(r.status, 64) << args << "\n" << r.out;
         EXPECT_NE(r.out.find("DIR must not be empty"), std::string::npos) << r.out;
     }
+    rqtest::ProgramRun upload = rqpcli("upload 127.0.0.1 ''");
+    EXPECT_EQ(upload.status, 64);
+    EXPECT_NE(upload.out.find("TARGET must not be empty"), std::string::npos) << upload.out;
     rqtest::ProgramRun package = rqpcli("package");
     EXPECT_EQ(package.status, 64);
     EXPECT_NE(package.out.find("rqpcli package wrap SRC DST"), std::string::npos) << package.out;

@@ -252,6 +252,7 @@ TEST(ProjectDocument, WhatTheReadersLeaveOutIsRecorded) {
     writeFile(p + "modules.xml", "<modules><module srcfiles=\"a.c\"/></modules>");
     writeFile(p + "redundancy.xml", "<redundancy><datalink type=\"udp\"/></redundancy>");
     writeFile(p + "fbd.xml", "<fblocks><fbd name=\"f\"/><fbd name=\"f\"/></fblocks>");
+    writeFile(p + "printer.xml", "<printer><config/><config/></printer>");
     Project q(f.catalogs, f.sink);
     std::string error;
     ASSERT_TRUE(q.doc.open(dir.file("p"), &error)) << error;
@@ -271,6 +272,7 @@ TEST(ProjectDocument, WhatTheReadersLeaveOutIsRecorded) {
         "modules.xml: module: no name",
         "redundancy.xml: datalink: type \"udp\"",
         "fbd.xml: fbd \"f\": a second block",
+        "printer.xml: config: a second configuration",
     };
     ASSERT_EQ(lines.size(), std::size(expected));
     for (std::size_t i = 0; i < lines.size(); ++i)

@@ -95,10 +95,10 @@ int fail(const std::string& text, int status) {
 }
 
 // The positions of the positional arguments that the usage names DIR (a project
-// directory): words of the synopsis after the command's name, outside brackets and
-// parentheses, an option's value word skipped.
-static std::vector<std::size_t> directoryPositions(const Command& command) {
-    std::vector<std::size_t> positions;
+// directory) or TARGET (the directory an upload unpacks into): words of the synopsis after the
+// command's name, outside brackets and parentheses, an option's value word skipped.
+static std::vector<std::pair<std::size_t, std::string>> directoryPositions(const Command& command) {
+    std::vector<std::pair<std::size_t, std::string>> positions;
     std::size_t words = 1;
     for (char ch : command.name)
         words += ch == ' ';
@@ -127,8 +127,8 @@ static std::vector<std::size_t> directoryPositions(const Command& command) {
             ++i; // its value
             continue;
         }
-        if (t == "DIR")
-            positions.push_back(index);
+        if (t == "DIR" || t == "TARGET")
+            positions.emplace_back(index, t);
         ++index;
     }
     return positions;
@@ -144,11 +144,11 @@ bool parseOrExit(const Command& command, Options& options, const std::vector<std
     };
     if (!options.parse(args, minPositional, maxPositional))
         return usageError(options.error());
-    // An empty DIR would be taken as the current directory.
+    // An empty directory would be taken as the current one.
     if (!options.helpRequested())
-        for (std::size_t i : directoryPositions(command))
+        for (const auto& [i, name] : directoryPositions(command))
             if (i < options.positional().size() && options.positional()[i].empty())
-                return usageError("DIR must not be empty");
+                return usageError(name + " must not be empty");
     if (options.helpRequested()) {
         std::cout << "usage: rqpcli " << command.usage << "\n" << command.summary << "\n";
         *exitStatus = kExitOk;

@@ -32,9 +32,14 @@ bool PrinterSection::read(const std::string& path, ReadContext& ctx) {
     XmlDocument doc;
     if (!doc.load(path, "printer", &ctx.error))
         return false;
+    bool seen = false;
     for (const xmlNode* n = doc.root()->children; n; n = n->next) {
-        if (isElement(n, "config"))
-            readConfig(n, config_);
+        if (!isElement(n, "config"))
+            continue;
+        if (seen)
+            ctx.drop("config", "a second configuration; the last one is kept");
+        readConfig(n, config_);
+        seen = true;
     }
     return true;
 }
