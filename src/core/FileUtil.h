@@ -12,6 +12,12 @@ std::string programDirectory();
 std::string joinPath(std::string_view dir, std::string_view name);
 
 bool fileExists(const std::string& path);
+// Whether anything at all stands at the path: a file of any kind, or a link (even
+// one that leads nowhere).
+bool pathExists(const std::string& path);
+// Whether the path is a regular file (links followed) that can be opened for
+// reading; never blocks, whatever stands there.
+bool canOpenRegularFile(const std::string& path);
 bool directoryExists(const std::string& path);
 // Creates one directory; false when it exists already or cannot be made.
 bool makeDirectory(const std::string& path);

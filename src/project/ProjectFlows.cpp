@@ -5,7 +5,6 @@
 #include "core/StorableValue.h"
 
 #include <filesystem>
-#include <fstream>
 
 namespace rq {
 
@@ -292,7 +291,9 @@ void ProjectFlows::launchLadder() {
         return;
     }
     const std::string path = joinPath(m.projectDirectory, "ladder.xml");
-    if (!std::ifstream(path, std::ios::binary).is_open()) {
+    // Opening a FIFO here would block: only a path where nothing stands gets the
+    // empty ladder.
+    if (!pathExists(path)) {
         std::string error;
         if (!writeFileAtomic(path, kEmptyLadder, &error)) {
             doc_.sink().showMessage("Cannot create " + path + ": " + error, MessageIcon::Stop);

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <deque>
 #include <filesystem>
 
@@ -402,6 +404,12 @@ TEST_F(Flows, LadderLaunch) {
     EXPECT_EQ(rqtest::readFile(ladder), "<ladder>kept</ladder>");
     ASSERT_EQ(launcher.launches.size(), 2u);
     EXPECT_EQ(launcher.launches[1].second, "Ladrune *\"" + work() + "\"*ladder.xml");
+    // A FIFO in its place neither blocks the launch nor is replaced.
+    fs::remove(ladder);
+    ASSERT_EQ(::mkfifo(ladder.c_str(), 0644), 0);
+    flows.launchLadder();
+    EXPECT_TRUE(fs::is_fifo(ladder));
+    EXPECT_EQ(launcher.launches.size(), 3u);
 
     sink.entries.clear();
     project.model().projectDirectory.clear();

@@ -73,12 +73,11 @@ WindowFileResult createWindowFileIfMissing(const std::string& projectDirectory,
                                            const std::string& fileName, std::string_view content,
                                            std::string* error) {
     const std::string path = joinPath(projectDirectory, fileName);
-    if (std::FILE* f = std::fopen(path.c_str(), "rb")) {
-        std::fclose(f);
+    if (canOpenRegularFile(path))
         return WindowFileResult::Exists;
-    }
-    // A file that is there but cannot be opened is not replaced.
-    if (fileExists(path)) {
+    // A file that is there but cannot be opened (or a FIFO, a device, a link that
+    // leads nowhere) is not replaced.
+    if (pathExists(path)) {
         if (error)
             *error = path + ": exists but cannot be opened";
         return WindowFileResult::Failed;

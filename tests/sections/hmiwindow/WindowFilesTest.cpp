@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <unistd.h>
 
 using namespace rq;
@@ -55,6 +57,15 @@ TEST(WindowFiles, CreatesOnlyWhenNoFileCanBeOpened) {
               WindowFileResult::Failed);
     EXPECT_FALSE(error.empty());
     EXPECT_FALSE(std::filesystem::exists(dir.file("no-dir")));
+}
+
+TEST(WindowFiles, AFifoInTheFilesPlaceNeitherBlocksNorIsReplaced) {
+    rqtest::TempDir dir;
+    ASSERT_EQ(::mkfifo(dir.file("pipe.xml").c_str(), 0644), 0);
+    std::string error;
+    EXPECT_EQ(createWindowFileIfMissing(dir.str(), "pipe.xml", "new", &error),
+              WindowFileResult::Failed);
+    EXPECT_TRUE(std::filesystem::is_fifo(dir.file("pipe.xml")));
 }
 
 TEST(WindowFiles, AFileThatExistsButCannotBeOpenedIsNotReplaced) {
