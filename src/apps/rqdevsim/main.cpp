@@ -3,6 +3,8 @@
 
 #include "deploy/emulator/DeviceEmulator.h"
 
+#include "RqVersion.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -18,6 +20,7 @@ const char* kUsage =
     "usage: rqdevsim --address A --root DIR --type NAME [--version-date YYYYMMDD]\n"
     "                [--ready-after SECONDS] [--fault refuse|silent|cut|bad-length|busy]\n"
     "                [--max-connections N]\n"
+    "       rqdevsim --version\n"
     "Listens on A at the ports 8100, 8102, 8103 and 8104 and keeps the device's\n"
     "files under DIR. Serves at most N connections at once (default 64); more are\n"
     "closed at once. Stops on SIGINT or SIGTERM.\n";
@@ -46,6 +49,10 @@ int main(int argc, char** argv) {
         const std::string& a = args[i];
         if (a == "--help" || a == "-h") {
             std::cout << kUsage;
+            return 0;
+        }
+        if (a == "--version") {
+            std::cout << "rqdevsim " << RQ_VERSION << "\n";
             return 0;
         }
         if (i + 1 >= args.size())

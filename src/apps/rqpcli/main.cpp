@@ -3,6 +3,8 @@
 
 #include "Command.h"
 
+#include "RqVersion.h"
+
 #include <iostream>
 #include <string>
 #include <vector>
@@ -10,7 +12,7 @@
 using namespace rqcli;
 
 static void printUsage(std::ostream& out) {
-    out << "usage: rqpcli COMMAND [ARGS...]\n\ncommands:\n";
+    out << "usage: rqpcli COMMAND [ARGS...]\n       rqpcli --version\n\ncommands:\n";
     for (const auto& c : commands())
         out << "  " << c.usage << "\n      " << c.summary << "\n";
     out << "\n'rqpcli COMMAND --help' describes one command.\n";
@@ -21,6 +23,10 @@ int main(int argc, char** argv) {
     if (args.empty()) {
         printUsage(std::cerr);
         return kExitUsage;
+    }
+    if (args[0] == "--version") {
+        std::cout << "rqpcli " << RQ_VERSION << "\n";
+        return kExitOk;
     }
     if (args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
         printUsage(std::cout);
