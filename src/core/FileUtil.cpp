@@ -1,6 +1,7 @@
 #include "core/FileUtil.h"
 
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -33,6 +34,16 @@ std::string joinPath(std::string_view dir, std::string_view name) {
         out += '/';
     out += name;
     return out;
+}
+
+std::string userGuidePath(const std::string& programDir) {
+    for (const char* page : {"guide/index.html", "../../share/doc/rqpdev/guide/index.html"}) {
+        const std::string path = joinPath(programDir, page);
+        char resolved[PATH_MAX];
+        if (fileExists(path) && ::realpath(path.c_str(), resolved))
+            return resolved;
+    }
+    return {};
 }
 
 bool fileExists(const std::string& path) {

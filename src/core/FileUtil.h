@@ -10,6 +10,10 @@ namespace rq {
 // of the running executable.
 std::string programDirectory();
 std::string joinPath(std::string_view dir, std::string_view name);
+// The start page of the user guide: guide/index.html in the program directory (the
+// build tree), else share/doc/rqpdev/guide/index.html beside an installed program
+// directory (PREFIX/lib/rqpdev). Empty when neither exists.
+std::string userGuidePath(const std::string& programDir);
 
 bool fileExists(const std::string& path);
 // Whether anything at all stands at the path: a file of any kind, or a link (even

@@ -184,6 +184,8 @@ inline constexpr int kAlarmConfiguration = 32856;
 inline constexpr int kRedundantConfiguration = 32863;
 inline constexpr int kPrintConfiguration = 32911;
 inline constexpr int kAbout = 57664;
+// Help > User Guide: this program's own command (the guide rendered from docs/).
+inline constexpr int kUserGuide = 32990;
 
 // Real-time database.
 inline constexpr int kNewDataGroup = 32802;

@@ -1,5 +1,6 @@
 #include "shell/MainWindow.h"
 
+#include "core/FileUtil.h"
 #include "sections/rtdb/ui/RtdbTreeSection.h"
 #include "shell/ListView.h"
 #include "shell/ProjectDialogs.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDesktopServices>
 #include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
@@ -18,6 +20,7 @@
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
+#include <QUrl>
 
 namespace rqshell {
 
@@ -60,6 +63,7 @@ bool isProgramCommand(int c) {
     case rq::cmd::kOfflineSimulation:
     case rq::cmd::kOnlineSimulation:
     case rq::cmd::kAbout:
+    case rq::cmd::kUserGuide:
         return true;
     default:
         return false;
@@ -191,6 +195,11 @@ void CMainFrame::fillMenu(QMenu* menu, const std::vector<MenuEntry>& entries, bo
             QMenu* sub = menu->addMenu(qs(e.text));
             fillMenu(sub, e.popup, mainMenu);
         } else {
+            if (mainMenu && actions_.count(e.command)) {
+                // A command in two places of the main menu shares one action.
+                menu->addAction(actions_[e.command]);
+                continue;
+            }
             QAction* a = makeAction(e, menu);
             menu->addAction(a);
             if (mainMenu)
@@ -429,6 +438,9 @@ void CMainFrame::runCommand(int command) {
         about.exec();
         break;
     }
+    case rq::cmd::kUserGuide:
+        openUserGuide();
+        break;
     default:
         if (command >= kFirstRecent && command < kFirstRecent + kRecentCount) {
             openProjectDirectory(recentFiles().value(command - kFirstRecent));
@@ -446,6 +458,21 @@ bool CMainFrame::openProjectDirectory(const QString& dir) {
     updateTitle();
     updateCommandStates();
     return ok;
+}
+
+void CMainFrame::openUserGuide() {
+    const std::string page = rq::userGuidePath(programDir_);
+    if (page.empty()) {
+        sink_->showMessage("The user guide is not installed (looked for guide/index.html beside "
+                           "the program and in share/doc/rqpdev/guide).",
+                           rq::MessageIcon::Information);
+        return;
+    }
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(qs(page))))
+        sink_->showMessage("Cannot open the user guide " + page +
+                               ": no program for web pages "
+                               "is configured.",
+                           rq::MessageIcon::Stop);
 }
 
 void CMainFrame::markModified() {

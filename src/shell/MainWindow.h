@@ -95,6 +95,8 @@ private:
     void showContextMenu(int menuId, const QPoint& globalPos);
     void onListRightClick(const QPoint& globalPos);
     void markModified();
+    // Help > User Guide: the rendered guide in the desktop's web browser.
+    void openUserGuide();
     void updateTitle();
     void saveLayout();
     ShellSection* sectionFor(rq::SectionObject object) const;

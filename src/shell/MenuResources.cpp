@@ -35,7 +35,8 @@ const std::vector<MenuEntry>& mainMenu() {
         popup("Configuration(&C)",
               {item("Alarm Configuration", 32856), item("Redundant Configuration", 32863),
                item("Print Configuration", 32911)}),
-        popup("Help(&H)", {}),
+        popup("Help(&H)",
+              {item("User Guide\tF1", 32990), separator(), item("About(&A)...", 57664)}),
         item("About(&A)...", 57664),
     };
     return menu;

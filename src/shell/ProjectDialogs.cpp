@@ -1,5 +1,7 @@
 #include "shell/ProjectDialogs.h"
 
+#include "RqVersion.h"
+
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -151,7 +153,7 @@ CAboutDlg::CAboutDlg(QWidget* parent) : QDialog(parent) {
     auto* text = new QLabel(QStringLiteral("<b>RQPDev</b> %1<br>"
                                            "Engineering tool of the HMI and soft-controller "
                                            "platform.")
-                                .arg(QStringLiteral("0.1")),
+                                .arg(QStringLiteral(RQ_VERSION)),
                             this);
     outer->addWidget(text);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
