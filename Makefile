@@ -8,15 +8,24 @@ JOBS       ?= 2
 CMAKE_ARGS ?=
 PACKAGES   := build-essential cmake ninja-build pkg-config libxml2-dev libxml2-utils \
               libgtest-dev libgmock-dev libbenchmark-dev libssl-dev openssl libarchive-dev \
-              qt6-base-dev qt6-base-dev-tools libgl-dev xvfb xauth gzip tar
+              qt6-base-dev qt6-base-dev-tools libgl-dev xvfb xauth gzip tar cmark
+# What building and checking the Debian package needs besides.
+PACKAGE_TOOLS := dpkg-dev lintian desktop-file-utils
 LAUNCHER   := $(shell command -v ccache >/dev/null 2>&1 && echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-.PHONY: all deps build run test test-sanitize bench screenshots clean format
+.PHONY: all deps package-deps build run test test-sanitize bench screenshots clean format \
+        package test-package
 
 all: build
 
 deps:
-	@missing=""; for p in $(PACKAGES); do \
+	@$(MAKE) --no-print-directory install-packages WANTED="$(PACKAGES)"
+
+package-deps: deps
+	@$(MAKE) --no-print-directory install-packages WANTED="$(PACKAGE_TOOLS)"
+
+install-packages:
+	@missing=""; for p in $(WANTED); do \
 	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
 	done; \
 	if [ -n "$$missing" ]; then \
@@ -62,4 +71,17 @@ format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(BUILD)-sanitize $(BUILD)-bench
+	rm -rf $(BUILD) $(BUILD)-sanitize $(BUILD)-bench $(BUILD)-package
+
+# The Debian package: a Release build installed under /usr, then CPack.
+package: package-deps
+	cmake -S . -B $(BUILD)-package -G Ninja $(LAUNCHER) -DCMAKE_BUILD_TYPE=Release \
+	  -DRQ_BUILD_TESTS=OFF -DCMAKE_INSTALL_PREFIX=/usr $(CMAKE_ARGS)
+	cmake --build $(BUILD)-package -j $(JOBS)
+	rm -f $(BUILD)-package/*.deb
+	cd $(BUILD)-package && cpack -G DEB
+	@ls -1 $(BUILD)-package/*.deb
+
+# Unpacks the package into a temporary root and runs the unpacked programs.
+test-package: package
+	tests/package/check-package.sh $(BUILD)-package/*.deb
