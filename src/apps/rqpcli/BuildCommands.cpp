@@ -1,5 +1,6 @@
 // Build and deployment commands: compile, compile-module, build-package, download,
-// upgrade, upload, logo. Each prints the text its dialog would show (standard
+// upgrade, upload, logo. Transfers draw their progress on a terminal (not with
+// --quiet). Each prints the text its dialog would show (standard
 // output on success, standard error otherwise). Device operations exit with their
 // transfer result (0 to 4), a check that fails before any transfer with 10; an
 // upload whose package does not unwrap exits with 3.
@@ -72,7 +73,7 @@ int finishCompile(rq::CompileSession& session, const std::optional<std::string>&
 }
 
 int runCompile(const std::vector<std::string>& args) {
-    Options opt({}, {});
+    Options opt({}, {"show-command"});
     int status;
     if (!parseOrExit(commandNamed("compile"), opt, args, 1, 1, &status))
         return status;
@@ -83,6 +84,9 @@ int runCompile(const std::vector<std::string>& args) {
     rq::CompileSession session;
     auto problem =
         session.compileProject(project->doc, {m.defines, m.libs, m.include, m.libs_linux});
+    // The toolchain line, for running it by hand (it runs in the program directory).
+    if (opt.flag("show-command") && !problem)
+        std::cerr << session.lastCommandLine() << "\n";
     return finishCompile(session, problem);
 }
 
@@ -120,7 +124,7 @@ int runBuildPackage(const std::vector<std::string>& args) {
 }
 
 int runDownload(const std::vector<std::string>& args) {
-    Options opt({"ip"}, {});
+    Options opt({"ip"}, {"quiet"});
     int status;
     if (!parseOrExit(commandNamed("download"), opt, args, 1, 1, &status))
         return status;
@@ -128,22 +132,28 @@ int runDownload(const std::vector<std::string>& args) {
     if (!project)
         return kExitFailure;
     const std::string ip = opt.value("ip").value_or(project->model().slaveIp);
+    TerminalProgress progress(opt.flag("quiet"));
     rq::ProjectDownloadJob job(rq::DeployProject::from(project->model()), ip,
-                               rq::programDirectory(), nullptr);
-    return deviceExit(job.run(), &job);
+                               rq::programDirectory(), &progress);
+    const rq::TransferOutcome o = job.run();
+    progress.finish();
+    return deviceExit(o, &job);
 }
 
 int runUpgrade(const std::vector<std::string>& args) {
-    Options opt({}, {});
+    Options opt({}, {"quiet"});
     int status;
     if (!parseOrExit(commandNamed("upgrade"), opt, args, 2, 2, &status))
         return status;
-    rq::UpgradeDownloadJob job(opt.positional()[0], opt.positional()[1], nullptr);
-    return deviceExit(job.run(), &job);
+    TerminalProgress progress(opt.flag("quiet"));
+    rq::UpgradeDownloadJob job(opt.positional()[0], opt.positional()[1], &progress);
+    const rq::TransferOutcome o = job.run();
+    progress.finish();
+    return deviceExit(o, &job);
 }
 
 int runUpload(const std::vector<std::string>& args) {
-    Options opt({"password"}, {});
+    Options opt({"password"}, {"quiet"});
     int status;
     if (!parseOrExit(commandNamed("upload"), opt, args, 2, 2, &status))
         return status;
@@ -151,9 +161,11 @@ int runUpload(const std::vector<std::string>& args) {
     // The dialog picks an existing folder; here a new one is made for the user.
     std::error_code ec;
     fs::create_directories(target, ec);
+    TerminalProgress progress(opt.flag("quiet"));
     rq::UploadJob job(target, opt.positional()[0], opt.value("password").value_or(""), {}, nullptr,
-                      rq::programDirectory(), nullptr);
+                      rq::programDirectory(), &progress);
     const rq::TransferOutcome o = job.run();
+    progress.finish();
     const int exit = deviceExit(o, &job);
     // The dialog then opens the uploaded project; here that shows it is whole.
     if (o.succeeded && !open(target))
@@ -162,7 +174,7 @@ int runUpload(const std::vector<std::string>& args) {
 }
 
 int runLogo(const std::vector<std::string>& args) {
-    Options opt({"ip"}, {});
+    Options opt({"ip"}, {"quiet"});
     int status;
     if (!parseOrExit(commandNamed("logo"), opt, args, 2, 2, &status))
         return status;
@@ -172,27 +184,32 @@ int runLogo(const std::vector<std::string>& args) {
     const rq::ProjectModel& m = project->model();
     const int width = m.hmiType ? m.hmiType->screenWidth : 0;
     const int height = m.hmiType ? m.hmiType->screenHeight : 0;
+    TerminalProgress progress(opt.flag("quiet"));
     rq::LogoDownloadJob job(rq::DeployProject::from(m), width, height,
                             opt.value("ip").value_or(m.slaveIp), absolutePath(opt.positional()[1]),
-                            rq::programDirectory(), nullptr);
-    return deviceExit(job.run(), &job);
+                            rq::programDirectory(), &progress);
+    const rq::TransferOutcome o = job.run();
+    progress.finish();
+    return deviceExit(o, &job);
 }
 
-CommandRegistration regCompile({"compile", "compile DIR",
-                                "compiles the project's user library (RqGenDll.sh)", runCompile});
+CommandRegistration regCompile({"compile", "compile DIR [--show-command]",
+                                "compiles the project's user library (RqGenDll.sh); "
+                                "--show-command prints the toolchain line on standard error",
+                                runCompile});
 CommandRegistration regCompileModule({"compile-module", "compile-module DIR NAME",
                                       "compiles one user module of modules.xml (RqGenMdl.sh)",
                                       runCompileModule});
 CommandRegistration regBuildPackage({"build-package", "build-package DIR",
                                      "builds download/rqupdate.rqp (download.sh, then wrapping)",
                                      runBuildPackage});
-CommandRegistration regDownload({"download", "download DIR [--ip ADDR]",
+CommandRegistration regDownload({"download", "download DIR [--ip ADDR] [--quiet]",
                                  "downloads the project's package to the device", runDownload});
-CommandRegistration regUpgrade({"upgrade", "upgrade FILE IP",
+CommandRegistration regUpgrade({"upgrade", "upgrade FILE IP [--quiet]",
                                 "downloads an upgrade package to the device", runUpgrade});
-CommandRegistration regUpload({"upload", "upload IP TARGET [--password P]",
+CommandRegistration regUpload({"upload", "upload IP TARGET [--password P] [--quiet]",
                                "uploads the device's project into TARGET", runUpload});
-CommandRegistration regLogo({"logo", "logo DIR BMP [--ip ADDR]",
+CommandRegistration regLogo({"logo", "logo DIR BMP [--ip ADDR] [--quiet]",
                              "downloads a 24-bit bitmap as the device's start-up image", runLogo});
 
 } // namespace

@@ -3,7 +3,9 @@
 #include "Command.h"
 #include "core/FileUtil.h"
 
+#include <cstdio>
 #include <iostream>
+#include <unistd.h>
 
 namespace rqcli {
 
@@ -19,6 +21,40 @@ bool ConsoleSink::askOkCancel(const std::string& text) {
 bool ConsoleSink::askYesNo(const std::string& text, rq::MessageIcon, bool defaultNo) {
     std::cerr << text << (defaultNo ? " [No]\n" : " [Yes]\n");
     return !defaultNo;
+}
+
+TerminalProgress::TerminalProgress(bool quiet)
+    : enabled_(!quiet && ::isatty(STDOUT_FILENO) && ::isatty(STDERR_FILENO)) {}
+
+TerminalProgress::~TerminalProgress() {
+    finish();
+}
+
+std::string TerminalProgress::line(const rq::TransferProgress& p, int width) {
+    const int percent = rq::progressPercent(p);
+    const int filled = percent * width / 100;
+    std::string bar = "[" + std::string(std::size_t(filled), '#') +
+                      std::string(std::size_t(width - filled), ' ') + "]";
+    char pct[8];
+    std::snprintf(pct, sizeof pct, "%4d%%", percent);
+    return bar + pct + " " + rq::formatProgress(p);
+}
+
+void TerminalProgress::onProgress(const rq::TransferProgress& p) {
+    if (!enabled_)
+        return;
+    // Carriage return, the line, and the rest of an earlier, longer line cleared.
+    std::fprintf(stderr, "\r%s\033[K", line(p).c_str());
+    std::fflush(stderr);
+    open_ = true;
+}
+
+void TerminalProgress::finish() {
+    if (open_) {
+        std::fputc('\n', stderr);
+        std::fflush(stderr);
+        open_ = false;
+    }
 }
 
 const rq::Catalogs& catalogs() {

@@ -4,6 +4,7 @@
 
 #include "core/Catalogs.h"
 #include "core/MessageSink.h"
+#include "deploy/transfer/TransferJob.h"
 #include "project/Project.h"
 
 #include <memory>
@@ -18,6 +19,26 @@ public:
     void showMessage(const std::string& text, rq::MessageIcon icon) override;
     bool askOkCancel(const std::string& text) override;
     bool askYesNo(const std::string& text, rq::MessageIcon icon, bool defaultNo) override;
+};
+
+// Draws a transfer's progress as one line on standard error, redrawn in place:
+// "[#########           ]  45% NAME: 12.0 MiB of 26.5 MiB, 80.1 MiB/s". Draws
+// nothing when standard output or standard error is not a terminal, or when
+// `quiet` is set. The line is ended before anything else is printed.
+class TerminalProgress : public rq::TransferListener {
+public:
+    explicit TerminalProgress(bool quiet);
+    ~TerminalProgress() override;
+    bool drawing() const { return enabled_; }
+    void onProgress(const rq::TransferProgress& progress) override;
+    // Ends the progress line (before a message is printed).
+    void finish();
+    // The line drawn for `progress`, `width` characters of bar.
+    static std::string line(const rq::TransferProgress& progress, int width = 24);
+
+private:
+    bool enabled_;
+    bool open_ = false;
 };
 
 // The catalogs of the program directory, loaded once.

@@ -4,6 +4,7 @@
 #include "Command.h"
 #include "core/FileUtil.h"
 #include "deploy/protocol/DeviceProtocol.h"
+#include "deploy/transfer/DeployJobs.h"
 
 #include <chrono>
 #include <iostream>
@@ -12,9 +13,6 @@
 using namespace rqcli;
 
 namespace {
-
-// The monitor polls the device this often.
-constexpr auto kMonitorInterval = std::chrono::milliseconds(2000);
 
 const char* resultText(rq::TransferResult result) {
     switch (result) {
@@ -93,27 +91,25 @@ int runGet(const std::vector<std::string>& args) {
     return report("get " + p[0] + " into " + p[1], rq::GetFile(p[0], p[1], p[2]));
 }
 
+// The dialogs' texts: those with the information icon on standard output, the
+// others on standard error.
+void printOutcome(const rq::TransferOutcome& o) {
+    if (o.message.empty())
+        return;
+    (o.icon == rq::MessageIcon::Information ? std::cout : std::cerr) << o.message << "\n";
+}
+
 int runClock(const std::vector<std::string>& args) {
     Options opt({}, {});
     int status;
     if (!parseOrExit(commandNamed("device clock"), opt, args, 1, 1, &status))
         return status;
-    const rq::TransferResult result = rq::SetDeviceClock(opt.positional()[0]);
-    switch (result) {
-    case rq::kTransferOk:
-        std::cout << "Adjust time successfully!\n";
-        break;
-    case rq::kCommError:
-        std::cout << "Adjust time fail, communication error!\n";
+    // Result 3 shows nothing, as in the clock dialog.
+    const rq::TransferOutcome o = rq::adjustDeviceClock(opt.positional()[0]);
+    printOutcome(o);
+    if (o.result == rq::kCommError)
         printDetail();
-        break;
-    case rq::kCannotConnect:
-        std::cout << "Adjust time fail, can not connect slave!\n";
-        break;
-    default: // the clock dialog shows nothing for a local error
-        break;
-    }
-    return result;
+    return o.checkFailed ? kExitCheckFailed : o.result;
 }
 
 int runMonitor(const std::vector<std::string>& args) {
@@ -137,48 +133,35 @@ int runMonitor(const std::vector<std::string>& args) {
         }
     }
     const std::string& ip = opt.positional()[0];
-    // Starting the monitor service is an upgrade-style put, worded as such.
-    const rq::TransferResult started = rq::PutFile(
-        rq::joinPath(rq::programDirectory(), "rqmon.rqp"), "rqmon.rqp", "/tmp", ip, 2, "");
-    switch (started) {
-    case rq::kTransferOk:
-        break;
-    case rq::kCannotConnect:
-        std::cout << "Upgrade package download fail, can not connect slave!\n";
-        return started;
-    case rq::kCommError:
-        std::cout << "Upgrade package download fail, communicating with slave error!\n";
-        printDetail();
-        return started;
-    default:
-        std::cout << "Upgrade package download fail, can not open file or other error!\n";
-        return started;
+    rq::RunningMonitor monitor(rq::programDirectory());
+    const rq::TransferOutcome started = monitor.start(ip);
+    if (!started.succeeded) {
+        printOutcome(started);
+        if (started.result == rq::kCommError)
+            printDetail();
+        return started.checkFailed ? kExitCheckFailed : started.result;
     }
-    rq::MonitorSocket sock = 0;
-    rq::TransferResult result = rq::kTransferOk;
+    int result = rq::kTransferOk;
     for (long i = 0; i < count; ++i) {
         // Like the dialog's timer, the first poll comes one interval after the start.
-        std::this_thread::sleep_for(kMonitorInterval);
-        rq::DeviceStatus s{};
-        result = rq::PollDeviceStatus(ip, sock, s);
-        // A failed poll clears the six fields.
-        const bool ok = result == rq::kTransferOk;
-        auto memory = [ok](uint32_t v) { return ok ? rq::FormatMemory(v) : std::string(); };
-        auto rate = [ok](uint32_t v) { return ok ? rq::FormatRate(v) : std::string(); };
+        std::this_thread::sleep_for(std::chrono::milliseconds(rq::RunningMonitor::kPollIntervalMs));
+        rq::RunningMonitor::Fields f;
+        monitor.poll(f);
+        result = monitor.lastPollResult();
         std::cout << "Slave IP Address: " << ip << "\n"
                   << "system\n"
-                  << "  Total Memory: " << memory(s.totalMemory) << "\n"
-                  << "  Memory Usage: " << memory(s.usedMemory) << "\n"
-                  << "  Free Memory: " << memory(s.freeMemory) << "\n"
-                  << "  CPU Utilization : " << rate(s.cpuUsage) << "\n"
+                  << "  Total Memory: " << f.totalMemory << "\n"
+                  << "  Memory Usage: " << f.usedMemory << "\n"
+                  << "  Free Memory: " << f.freeMemory << "\n"
+                  << "  CPU Utilization : " << f.cpuUsage << "\n"
                   << "application\n"
-                  << "  Memory Usage: " << memory(s.appMemory) << "\n"
-                  << "  Memory Usage Rate: " << rate(s.appMemoryRate) << "\n";
+                  << "  Memory Usage: " << f.appMemory << "\n"
+                  << "  Memory Usage Rate: " << f.appMemoryRate << "\n";
         if (i + 1 < count)
             std::cout << "\n";
         std::cout.flush();
     }
-    rq::EndDeviceMonitor(sock);
+    monitor.quit();
     return result;
 }
 

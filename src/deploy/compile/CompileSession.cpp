@@ -2,6 +2,7 @@
 
 #include "core/FileUtil.h"
 #include "core/ProjectDocument.h"
+#include "core/SectionTable.h"
 #include "deploy/compile/CompileCommands.h"
 
 namespace rq {
@@ -97,10 +98,14 @@ std::optional<std::string> CompileSession::compileProject(ProjectDocument& docum
     model.include = fields.header;
     model.libs_linux = fields.hmiSources;
     std::string error;
-    // A project file that cannot be written does not stop the compile: the
-    // toolchain gets the fields through the command line.
-    document.saveSection(0, dir, &error);
-    makeDirectory(joinPath(dir, "compile"));
+    // The toolchain reads what was saved: a project file or header that could not
+    // be written stops the compile with the reason, before anything runs.
+    if (!document.saveSection(0, dir, &error))
+        return "Failed to save document.\n" + joinPath(dir, kSectionFiles[0]) + ": " + error;
+    const std::string compileDir = joinPath(dir, "compile");
+    makeDirectory(compileDir); // an existing one is fine
+    if (!writeUserFuncHeader(dir, fields.header, &error))
+        return "Cannot write " + joinPath(compileDir, "userfunc.h") + ": " + error;
     {
         std::lock_guard lock(m_);
         out_.clear();
@@ -108,8 +113,6 @@ std::optional<std::string> CompileSession::compileProject(ProjectDocument& docum
         output_.clear();
         status_ = kCompilingStatus;
     }
-    // An unwritable header shows as the compiler's own error about it.
-    writeUserFuncHeader(dir, fields.header, &error);
     startCommand(projectCompileCommand(dir, fields.defines, fields.pcSources, fields.hmiSources)
                      .shellLine());
     return std::nullopt;

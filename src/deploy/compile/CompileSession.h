@@ -62,6 +62,8 @@ public:
                                              const ModuleCompileFields& fields);
     // The project compile dialog's "Compile": stores the fields into the project,
     // saves the project file, makes compile/ and compile/userfunc.h, then starts.
+    // A project file or header that cannot be written returns the reason and
+    // starts nothing.
     std::optional<std::string> compileProject(ProjectDocument& document,
                                               const ProjectCompileFields& fields);
 

@@ -283,15 +283,33 @@ void ProcessRunner::waiterLoop() {
     waiterDone_.notify_all();
 }
 
+bool ProcessRunner::childActive() {
+    if (pid_ == 0 || reaped_.load())
+        return false;
+    // Look without reaping: the exit status stays for the waiter.
+    siginfo_t info{};
+    info.si_pid = 0;
+    if (::waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) != 0)
+        return false; // no such child any more
+    return info.si_pid == 0;
+}
+
 void ProcessRunner::Stop() {
     const bool active = pid_ != 0 || waiter_.joinable() || outReader_.joinable() ||
                         errReader_.joinable() || stdoutRead_ >= 0 || stderrRead_ >= 0;
     if (!active)
         return;
+    // The pauses give the threads time to see the flag and drain while a child
+    // still runs; a child that has already ended has nothing left to wait for.
+    const bool childRunning = childActive();
+    auto pause = [childRunning](int ms) {
+        if (childRunning)
+            sleepMs(ms);
+    };
     // 1. Clear the flag, signal the stop event, let the threads see it.
     running_ = 0;
     signalStop();
-    sleepMs(500);
+    pause(500);
     // 2. The waiter ends within a millisecond of the signal; a slow OnFinished of
     // the owner is waited for (the thread refers to this object).
     if (waiter_.joinable()) {
@@ -302,18 +320,18 @@ void ProcessRunner::Stop() {
         waiter_.join();
     }
     // 3. The child's ends were closed right after the start.
-    sleepMs(100);
+    pause(100);
     // 4. and 5. The readers end at the stop signal; their pipes are closed once
     // they are gone, so no read can meet a reused descriptor.
     closeFd(stdinWrite_);
-    sleepMs(100);
+    pause(100);
     for (std::thread* t : {&outReader_, &errReader_})
         if (t->joinable())
             t->join();
     closeFd(stdoutRead_);
     closeFd(stderrRead_);
     // 6. A child still active is terminated with everything it started.
-    sleepMs(100);
+    pause(100);
     if (pid_ != 0 && !reaped_) {
         int status = 0;
         pid_t r = ::waitpid(pid_, &status, WNOHANG);

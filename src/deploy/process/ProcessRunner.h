@@ -10,9 +10,10 @@
 //
 // One process-wide `running` flag coordinates the threads, so only one runner may
 // be active at a time. Owners call stop() before every new start (the destructor
-// calls it too); stop() takes about 800 ms of pauses that let the threads see the
-// flag and drain. A derived class that overrides the events calls Stop() in its
-// own destructor, while its members still exist.
+// calls it too); stopping a running child takes about 800 ms of pauses that let
+// the threads see the flag and drain. A derived class that overrides the events calls Stop() in its
+// own destructor, while its members still exist. The pauses are taken only while
+// a child still runs: stopping after the child has ended returns at once.
 //
 // The events run on the runner's threads, and Stop() waits for those threads: an
 // event must not wait for the thread that calls Stop() (a dialog forwards events
@@ -77,6 +78,8 @@ private:
     void signalStop();
     bool stopSignalled() const;
     void closeFd(int& fd);
+    // True while the child has not ended (whether or not it was reaped yet).
+    bool childActive();
 
     static std::atomic<int> running_;
 

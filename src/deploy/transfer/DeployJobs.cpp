@@ -308,6 +308,19 @@ TransferOutcome adjustDeviceClock(const std::string& ip) {
     }
 }
 
+ClockJob::ClockJob(std::string ip, TransferListener* listener)
+    : TransferJob(listener), ip_(std::move(ip)) {}
+
+std::optional<TransferOutcome> ClockJob::check() {
+    if (ip_.empty())
+        return checkFailure(kMsgNoIp, MessageIcon::Stop);
+    return std::nullopt;
+}
+
+TransferOutcome ClockJob::work() {
+    return adjustDeviceClock(ip_);
+}
+
 RunningMonitor::RunningMonitor(std::string programDir) : programDir_(std::move(programDir)) {}
 
 RunningMonitor::~RunningMonitor() {
@@ -326,7 +339,8 @@ TransferOutcome RunningMonitor::start(const std::string& ip) {
 
 bool RunningMonitor::poll(Fields& fields) {
     DeviceStatus s{};
-    if (PollDeviceStatus(ip_, socket_, s) != kTransferOk) {
+    lastPoll_ = PollDeviceStatus(ip_, socket_, s);
+    if (lastPoll_ != kTransferOk) {
         fields = Fields{};
         return false;
     }

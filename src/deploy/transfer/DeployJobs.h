@@ -95,6 +95,19 @@ private:
 // The clock button: runs on the calling thread. Result 3 shows nothing.
 TransferOutcome adjustDeviceClock(const std::string& ip);
 
+// The same on a worker thread, so that a silent device does not hold the dialog.
+class ClockJob : public TransferJob {
+public:
+    ClockJob(std::string ip, TransferListener* listener);
+
+protected:
+    std::optional<TransferOutcome> check() override;
+    TransferOutcome work() override;
+
+private:
+    std::string ip_;
+};
+
 // The running monitor dialog: rqmon.rqp, then a poll every 2000 ms.
 class RunningMonitor {
 public:
@@ -111,6 +124,8 @@ public:
     bool monitoring() const { return monitoring_; }
     // One tick: true with the six fields filled, or false with all six cleared.
     bool poll(Fields& fields);
+    // The TransferResult of the last poll.
+    int lastPollResult() const { return lastPoll_; }
     // "Quit".
     void quit();
 
@@ -118,6 +133,7 @@ private:
     std::string programDir_, ip_;
     MonitorSocket socket_ = 0;
     bool monitoring_ = false;
+    int lastPoll_ = kTransferOk;
 };
 
 // The password dialog's OK: the message when the entries differ, else nothing

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstdio>
 #include <mutex>
 
 namespace rq {
@@ -48,6 +49,35 @@ private:
     std::string errors_;
 };
 
+namespace {
+
+std::string formatBytes(double bytes) {
+    char text[32];
+    if (bytes >= 1024.0 * 1024.0)
+        std::snprintf(text, sizeof text, "%.1f MiB", bytes / (1024.0 * 1024.0));
+    else if (bytes >= 1024.0)
+        std::snprintf(text, sizeof text, "%.1f KiB", bytes / 1024.0);
+    else
+        std::snprintf(text, sizeof text, "%.0f B", bytes);
+    return text;
+}
+
+} // namespace
+
+std::string formatProgress(const TransferProgress& p) {
+    std::string text = p.what.empty() ? std::string() : p.what + ": ";
+    text += formatBytes(double(p.done)) + " of " + formatBytes(double(p.total));
+    if (p.bytesPerSecond > 0)
+        text += ", " + formatBytes(p.bytesPerSecond) + "/s";
+    return text;
+}
+
+int progressPercent(const TransferProgress& p) {
+    if (p.total == 0)
+        return 100;
+    return static_cast<int>(p.done * 100 / p.total);
+}
+
 TransferJob::TransferJob(TransferListener* listener) : listener_(listener) {}
 
 TransferJob::~TransferJob() {
@@ -66,6 +96,7 @@ TransferOutcome TransferJob::checkFailure(const std::string& message, MessageIco
 std::optional<TransferOutcome> TransferJob::start() {
     if (worker_.joinable())
         worker_.join();
+    cancelled_ = false;
     if (auto failed = check()) {
         outcome_ = *failed;
         if (listener_)
@@ -74,6 +105,8 @@ std::optional<TransferOutcome> TransferJob::start() {
     }
     worker_ = std::thread([this] {
         outcome_ = work();
+        if (cancelled_.load())
+            outcome_ = cancelledOutcome();
         if (listener_)
             listener_->onOutcome(outcome_);
     });
@@ -90,6 +123,26 @@ TransferOutcome TransferJob::run() {
     if (auto failed = start())
         return *failed;
     return wait();
+}
+
+void TransferJob::cancel() {
+    {
+        std::lock_guard lock(pauseMutex_);
+        cancelled_ = true;
+    }
+    pauseWake_.notify_all();
+}
+
+bool TransferJob::pause(int ms) {
+    std::unique_lock lock(pauseMutex_);
+    return !pauseWake_.wait_for(lock, std::chrono::milliseconds(ms),
+                                [this] { return cancelled_.load(); });
+}
+
+TransferOutcome TransferJob::cancelledOutcome() {
+    TransferOutcome o;
+    o.cancelled = true;
+    return o;
 }
 
 std::string TransferJob::scriptErrors() const {
@@ -123,12 +176,13 @@ bool TransferJob::runScript(const std::string& line, const std::string& dir, int
 }
 
 int TransferJob::waitUntilReady(const std::string& ip, const ReadinessWait& wait) {
-    if (wait.firstPauseMs > 0)
-        std::this_thread::sleep_for(std::chrono::milliseconds(wait.firstPauseMs));
-    for (int i = 0; i < wait.polls; ++i) {
+    if (wait.firstPauseMs > 0 && !pause(wait.firstPauseMs))
+        return kCommError;
+    for (int i = 0; i < wait.polls && !cancelled_.load(); ++i) {
         if (QueryUpdateDone(ip) == kTransferOk)
             return kTransferOk;
-        std::this_thread::sleep_for(std::chrono::milliseconds(wait.pauseMs));
+        if (!pause(wait.pauseMs))
+            break;
     }
     return kCommError;
 }

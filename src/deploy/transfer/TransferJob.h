@@ -11,7 +11,10 @@
 #include "core/MessageSink.h"
 
 #include <atomic>
+#include <condition_variable>
+#include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
@@ -29,7 +32,21 @@ struct TransferOutcome {
     MessageIcon icon = MessageIcon::None;
     bool checkFailed = false; // a check stopped it before any work
     bool succeeded = false;
+    bool cancelled = false; // the user cancelled it; nothing is shown
 };
+
+// How far a put or get has come: bytes moved of the whole, and the rate so far.
+struct TransferProgress {
+    std::string what; // the remote or local file name being moved
+    uint64_t done = 0;
+    uint64_t total = 0;
+    double bytesPerSecond = 0;
+};
+
+// "NAME: 12.0 MiB of 64.0 MiB, 85.3 MiB/s" (KiB below one MiB, bytes below one KiB).
+std::string formatProgress(const TransferProgress& progress);
+// Whole percent of the bytes moved (100 for an empty whole).
+int progressPercent(const TransferProgress& progress);
 
 struct TransferEvent {
     int code = 0;
@@ -43,6 +60,8 @@ public:
     virtual void onTransferEvent(const TransferEvent& event) {}
     // The dialog's status line; an empty text hides it.
     virtual void onStatus(const std::string& text) {}
+    // A put or get moved more bytes (at most every 100 ms, and once at its end).
+    virtual void onProgress(const TransferProgress& progress) {}
     // Once, at the end (for a failed check: on the calling thread).
     virtual void onOutcome(const TransferOutcome& outcome) {}
 };
@@ -68,6 +87,10 @@ public:
     TransferOutcome wait();
     // start() then wait().
     TransferOutcome run();
+    // Asks the worker to stop: the transfer under way ends at once and the steps
+    // after it are not taken. Any thread may call it.
+    void cancel();
+    bool cancelRequested() const { return cancelled_.load(); }
 
     // What the toolchain scripts wrote to standard error (not shown by the dialog;
     // the command line prints it after a failure).
@@ -86,6 +109,10 @@ protected:
     // Polls QueryUpdateDone as `wait` says; 0 at the first success, 2 when all
     // polls failed.
     int waitUntilReady(const std::string& ip, const ReadinessWait& wait);
+    // Sleeps, waking early when the job is cancelled; false when cancelled.
+    bool pause(int ms);
+    // The outcome of a cancelled job: no message.
+    static TransferOutcome cancelledOutcome();
 
     static TransferOutcome checkFailure(const std::string& message, MessageIcon icon);
 
@@ -93,6 +120,9 @@ private:
     class ScriptRunner;
     TransferListener* listener_;
     std::thread worker_;
+    std::atomic<bool> cancelled_{false};
+    std::mutex pauseMutex_;
+    std::condition_variable pauseWake_;
     TransferOutcome outcome_;
     std::string scriptErrors_;
 };

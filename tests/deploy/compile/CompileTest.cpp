@@ -131,3 +131,25 @@ TEST(CompileSession, ProjectCompileSavesFieldsWritesHeaderAndBuildsLibrary) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(CompileSession, ProjectCompileStopsWhenProjectFileOrHeaderCannotBeWritten) {
+    rq::Catalogs catalogs;
+    rq::SilentSink sink;
+    // A non-empty directory where a file must go cannot be replaced by the file.
+    for (const char* blocked : {"rqrun.xml", "compile/userfunc.h"}) {
+        rqtest::TempDir dir;
+        fs::create_directories(dir.path() / blocked / "keep");
+        rq::Project project(catalogs, sink);
+        project.model().projectDirectory = dir.str();
+        rq::CompileSession s;
+        auto problem = s.compileProject(project.doc, {"", "", "h.h", ""});
+        ASSERT_TRUE(problem.has_value()) << blocked;
+        EXPECT_NE(problem->find((dir.path() / blocked).string()), std::string::npos) << *problem;
+        EXPECT_TRUE(s.lastCommandLine().empty()) << blocked;
+        EXPECT_TRUE(s.buttonsEnabled());
+    }
+}
+
+} // namespace

@@ -45,6 +45,7 @@ TEST(Programs, RqdevsimAndTheDeviceCommands) {
         {{"device", "type", ip}, 0, "HMI-9\n"},
         {{"device", "clock", ip}, 0, "Adjust time successfully!\n"},
         {{"device", "clock", "127.62.253.1"}, 1, "Adjust time fail, can not connect slave!\n"},
+        {{"device", "clock", ""}, 10, ""},
         {{"device", "put", dir.file("data"), ip, "--name", "d.bin"},
          0,
          "put " + dir.file("data") + " as /tmp/d.bin: done\n"},
@@ -62,6 +63,8 @@ TEST(Programs, RqdevsimAndTheDeviceCommands) {
         EXPECT_EQ(r.status, c.status);
         EXPECT_EQ(r.out, c.out);
     }
+    EXPECT_EQ(runProgram("rqpcli", {"device", "clock", ""}).out,
+              "Please input corresponding HMI IP address!\n");
     EXPECT_EQ(readFile(dir.file("back")), "payload");
     // A refusal is called one, not a communication error.
     const ProgramRun refused =
