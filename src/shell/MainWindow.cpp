@@ -2,6 +2,7 @@
 
 #include "core/FileUtil.h"
 #include "sections/rtdb/ui/RtdbTreeSection.h"
+#include "shell/DeployDialogs.h"
 #include "shell/ListView.h"
 #include "shell/ProjectDialogs.h"
 #include "shell/ProjectTree.h"
@@ -62,6 +63,12 @@ bool isProgramCommand(int c) {
     case rq::cmd::kViewMenuBar:
     case rq::cmd::kOfflineSimulation:
     case rq::cmd::kOnlineSimulation:
+    case rq::cmd::kCompile:
+    case rq::cmd::kDownloadProject:
+    case rq::cmd::kUploadProject:
+    case rq::cmd::kDownloadPackage:
+    case rq::cmd::kDownloadStartupImage:
+    case rq::cmd::kMonitor:
     case rq::cmd::kAbout:
     case rq::cmd::kUserGuide:
         return true;
@@ -433,6 +440,14 @@ void CMainFrame::runCommand(int command) {
     case rq::cmd::kOnlineSimulation:
         flows_->onlineSimulation();
         break;
+    case rq::cmd::kCompile:
+    case rq::cmd::kDownloadProject:
+    case rq::cmd::kUploadProject:
+    case rq::cmd::kDownloadPackage:
+    case rq::cmd::kDownloadStartupImage:
+    case rq::cmd::kMonitor:
+        runDeployDialog(command);
+        break;
     case rq::cmd::kAbout: {
         CAboutDlg about(this);
         about.exec();
@@ -449,6 +464,49 @@ void CMainFrame::runCommand(int command) {
         }
         break;
     }
+    updateTitle();
+    updateCommandStates();
+}
+
+std::unique_ptr<QDialog> CMainFrame::makeDeployDialog(int command) {
+    rq::ProjectModel& m = project_->model();
+    switch (command) {
+    case rq::cmd::kCompile:
+        return std::make_unique<CCompileDialog>(project_->doc, *sink_, this);
+    case rq::cmd::kDownloadProject: {
+        auto d = std::make_unique<CDownloadDialog>(project_->doc, programDir_, *sink_, this);
+        d->passwordChanged = [this] { markModified(); };
+        return d;
+    }
+    case rq::cmd::kUploadProject: {
+        auto d = std::make_unique<CUploadDialog>(m.projectDirectory, m.slaveIp, programDir_, *sink_,
+                                                 this);
+        d->browseFolder = [this](const std::string& title) { return browseFolder(title); };
+        d->uploaded = [this](const std::string& target) { openUploadedProject(target); };
+        return d;
+    }
+    case rq::cmd::kDownloadPackage:
+        return std::make_unique<CUpgradeDialog>(m.slaveIp, *sink_, this);
+    case rq::cmd::kDownloadStartupImage:
+        return std::make_unique<CLogoDialog>(m, programDir_, *sink_, this);
+    case rq::cmd::kMonitor:
+        return std::make_unique<CMonitorDialog>(m.slaveIp, programDir_, *sink_, this);
+    default:
+        return nullptr;
+    }
+}
+
+void CMainFrame::runDeployDialog(int command) {
+    if (std::unique_ptr<QDialog> d = makeDeployDialog(command))
+        d->exec();
+}
+
+void CMainFrame::openUploadedProject(const std::string& target) {
+    // Uploading over the open project's own directory was agreed to: its unsaved
+    // edits go, and saving them now would overwrite what was just uploaded.
+    if (target == project_->model().projectDirectory)
+        project_->model().modified = false;
+    flows_->openDirectory(target);
     updateTitle();
     updateCommandStates();
 }

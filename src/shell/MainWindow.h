@@ -18,6 +18,7 @@
 #include <memory>
 #include <vector>
 
+class QDialog;
 class QDockWidget;
 class QLabel;
 class QMenu;
@@ -59,6 +60,12 @@ public:
     // Enabled state of the main menu's and tool bar's actions.
     void updateCommandStates();
 
+    // The dialog of a Tool menu command (compile, download, upload, upgrade, startup
+    // image, monitor), not yet shown; null for other commands.
+    std::unique_ptr<QDialog> makeDeployDialog(int command);
+    // After an upload: the current project is closed and the uploaded one opened.
+    void openUploadedProject(const std::string& target);
+
     // Adds a section object; its commands become available.
     void registerSection(std::unique_ptr<ShellSection> section);
 
@@ -97,6 +104,7 @@ private:
     void markModified();
     // Help > User Guide: the rendered guide in the desktop's web browser.
     void openUserGuide();
+    void runDeployDialog(int command);
     void updateTitle();
     void saveLayout();
     ShellSection* sectionFor(rq::SectionObject object) const;

@@ -6,6 +6,7 @@
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbTreeSection.h"
 #include "shell/Application.h"
+#include "shell/DeployDialogs.h"
 #include "shell/ListView.h"
 #include "shell/MainWindow.h"
 #include "shell/NodeImages.h"
@@ -15,9 +16,11 @@
 #include "ShellApp.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
+#include <QProgressBar>
 #include <QScreen>
 #include <gtest/gtest.h>
 
@@ -120,6 +123,31 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     if (frame.project().rtdb.databaseCount())
         browse.selectNode(&frame.project().rtdb.database(0));
     save(browse, "rtdb-browse");
+
+    // The deployment dialogs; the monitor and the download with figures as a
+    // device would fill them.
+    rqshell::CCompileDialog compile(frame.project().doc, sink);
+    save(compile, "compile");
+    rqshell::CDownloadDialog download(frame.project().doc, rqtest::programDir(), sink);
+    download.progressBar()->setValue(40);
+    download.progressText()->setText("rqupdate.rqp: 25.6 MiB of 64.0 MiB, 88.2 MiB/s");
+    save(download, "download-project");
+    rqshell::CUploadDialog upload(m.projectDirectory, m.slaveIp, rqtest::programDir(), sink);
+    upload.pathField()->setText("/home/engineer/projects");
+    save(upload, "upload-project");
+    rqshell::CUpgradeDialog upgrade(m.slaveIp, sink);
+    upgrade.fileField()->setText("/home/engineer/rqupdate20261120.rqp");
+    save(upgrade, "download-package");
+    rqshell::CLogoDialog logo(m, rqtest::programDir(), sink);
+    logo.imageField()->setText("/home/engineer/logo.bmp");
+    save(logo, "download-startup-image");
+    rqshell::CMonitorDialog monitor(m.slaveIp, rqtest::programDir(), sink);
+    const char* figures[] = {"1015808K", "412672K", "603136K", "10240K", "12.5", "1.0"};
+    for (std::size_t i = 0; i < monitor.figureFields().size(); ++i)
+        monitor.figureFields()[i]->setText(figures[i]);
+    save(monitor, "monitor");
+    rqshell::CPasswordDialog password(frame.project().model(), sink);
+    save(password, "project-password");
 
     QLabel splash;
     splash.setPixmap(rqshell::splashPixmap());

@@ -93,13 +93,13 @@ TEST_F(MainWindowTest, MainMenuEntriesCommandsShortcutsAndStates) {
     EXPECT_EQ(entries("View(&V)"),
               (std::vector<std::string>{"Toolbar(&T)|59392||on", "Status Bar(&S)|59393||on",
                                         "Project Manager|103||on"}));
-    EXPECT_EQ(entries("Tool(&T)"),
-              (std::vector<std::string>{
-                  "Compile...    F9|32823||off", "Offline Simulation       F5|32824||on",
-                  "OnLine Simulation...|32875||on", "Download Project...   F10|32871||off",
-                  "Upload Project...|32872||off", "Download Package...|3||off",
-                  "Download Startup Image...|32873||off",
-                  "HMI Running Condition Monitoring|32915||off"}));
+    EXPECT_EQ(
+        entries("Tool(&T)"),
+        (std::vector<std::string>{
+            "Compile...    F9|32823||on", "Offline Simulation       F5|32824||on",
+            "OnLine Simulation...|32875||on", "Download Project...   F10|32871||on",
+            "Upload Project...|32872||on", "Download Package...|3||on",
+            "Download Startup Image...|32873||on", "HMI Running Condition Monitoring|32915||on"}));
     EXPECT_EQ(entries("Configuration(&C)"),
               (std::vector<std::string>{"Alarm Configuration|32856||off",
                                         "Redundant Configuration|32863||off",

@@ -1,0 +1,389 @@
+// The deployment dialogs driven as a user would, against an emulated device on its
+// own loopback address: every result message, the buttons while a job runs, and
+// the faults of the device.
+
+#include "shell/DeployDialogs.h"
+#include "deploy/transfer/TransferTestSupport.h"
+#include "deploy/transfer/UpgradePackages.h"
+#include "project/Project.h"
+#include "shell/MainWindow.h"
+
+#include "ShellApp.h"
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolBar>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+using rq::EmulatorFault;
+using xfer::Device;
+namespace fs = std::filesystem;
+
+constexpr const char* kType = "RQ-HMI1024";
+
+// Lets the dialog run until `done` holds; false after `ms`.
+bool runUntil(const std::function<bool()>& done, int ms = 30000) {
+    QElapsedTimer t;
+    t.start();
+    while (!done()) {
+        if (t.elapsed() > ms)
+            return false;
+        QApplication::processEvents(QEventLoop::AllEvents, 5);
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+struct DeployDialogs : ::testing::Test {
+    DeployDialogs() {
+        rqtest::shellApp();
+        catalogs.loadFrom(rqtest::programDir());
+        project = std::make_unique<rq::Project>(catalogs, silent);
+        xfer::makeProject(dir.path());
+        rq::ProjectModel& m = project->model();
+        m.name = "p";
+        m.projectDirectory = dir.str();
+        m.hmiType = &catalogs.hmi.entries().front();
+    }
+    // The text of the message box the dialog showed, after waiting for it.
+    std::string message(std::size_t index = 0) {
+        if (!runUntil([&] { return sink.entries.size() > index; }))
+            return "(no message)";
+        return sink.entries[index].text;
+    }
+
+    rqtest::TempDir dir;
+    rq::Catalogs catalogs;
+    rq::SilentSink silent;
+    rqtest::RecordingSink sink;
+    std::unique_ptr<rq::Project> project;
+};
+
+TEST_F(DeployDialogs, CompileShowsTheToolchainResultAndKeepsButtonsOffMeanwhile) {
+    rqtest::writeFile(dir.path() / "f.c", "int f(void) { return 1; }\n");
+    rqshell::CCompileDialog d(project->doc, sink);
+    d.setFields({"-DX=1", "", "", "\"%PRJ_DIR%/f.c\" "});
+    d.compileButton()->click();
+    EXPECT_EQ(d.statusLine()->text(), "Compiling, waiting...");
+    ASSERT_TRUE(runUntil([&] { return d.compiling(); }));
+    EXPECT_FALSE(d.compileButton()->isEnabled());
+    EXPECT_FALSE(d.cancelButton()->isEnabled());
+    ASSERT_TRUE(runUntil([&] { return !d.compiling(); }, 60000));
+    EXPECT_EQ(d.statusLine()->text(), "Compile complete, output information:");
+    EXPECT_EQ(d.outputBox()->toPlainText().toStdString(), rq::kDefaultCompileOutput);
+    EXPECT_TRUE(d.compileButton()->isEnabled());
+    EXPECT_TRUE(fs::exists(dir.path() / "libhmiuserfun.so"));
+    EXPECT_TRUE(sink.entries.empty());
+
+    project->model().projectDirectory.clear();
+    d.compileButton()->click();
+    EXPECT_EQ(message(), rq::kMsgNoProjectDirectory);
+}
+
+TEST_F(DeployDialogs, DownloadBuildsThePackageAndDownloadsIt) {
+    Device device("127.47.0.1", kType);
+    rqshell::CDownloadDialog d(project->doc, rqtest::programDir(), sink);
+    d.readiness = {5, 50, 0};
+    d.ipField()->setText(QString::fromStdString(device.ip));
+    d.downloadButton()->click();
+    EXPECT_EQ(message(0), "download package does not exist, please create download package!");
+    d.createPackageButton()->click();
+    EXPECT_EQ(message(1), "Create download package successfully!");
+    d.downloadButton()->click();
+    EXPECT_FALSE(d.quitButton()->isEnabled());
+    EXPECT_FALSE(d.createPackageButton()->isEnabled());
+    EXPECT_EQ(message(2), "Project download successfully!");
+    EXPECT_TRUE(d.quitButton()->isEnabled());
+    EXPECT_FALSE(d.statusLine()->isVisible());
+    EXPECT_TRUE(fs::exists(device.file("/home/app/rqupdate.rqp")));
+
+    d.ipField()->clear();
+    d.clockButton()->click();
+    EXPECT_EQ(message(3), "Please input corresponding HMI IP address!");
+    d.ipField()->setText(QString::fromStdString(device.ip));
+    d.clockButton()->click();
+    EXPECT_EQ(message(4), "Adjust time successfully!");
+}
+
+TEST_F(DeployDialogs, DownloadFaultsOfTheDevice) {
+    // The package is made once; each device fails in its own way.
+    ASSERT_TRUE(rq::BuildPackageJob(rq::DeployProject::from(project->model()), rqtest::programDir(),
+                                    nullptr)
+                    .run()
+                    .succeeded);
+    struct Case {
+        const char* address;
+        const char* type;
+        EmulatorFault fault;
+        const char* text;
+    };
+    const Case cases[] = {
+        {"127.47.1.1", kType, EmulatorFault::Refuse,
+         "Project download fail,can not connect slave!"},
+        {"127.47.1.2", kType, EmulatorFault::Silent,
+         "Project download fail, communicating with slave error!"},
+        {"127.47.1.3", kType, EmulatorFault::Cut,
+         "Project download fail, communicating with slave error!"},
+        {"127.47.1.4", kType, EmulatorFault::BadLength,
+         "Project download fail, communicating with slave error!"},
+        {"127.47.1.5", kType, EmulatorFault::Busy,
+         "Project download fail, communicating with slave error!"},
+        {"127.47.1.6", "rq-hmi1024", EmulatorFault::None,
+         "HMI type is not match, please select other type!"},
+    };
+    rqshell::CDownloadDialog d(project->doc, rqtest::programDir(), sink);
+    d.readiness = {2, 50, 0};
+    std::size_t n = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.address);
+        Device device(c.address, c.type, {}, 0, c.fault);
+        d.ipField()->setText(c.address);
+        d.downloadButton()->click();
+        EXPECT_EQ(message(n++), c.text);
+        EXPECT_TRUE(runUntil([&] { return !d.busy(); }));
+        EXPECT_TRUE(d.downloadButton()->isEnabled());
+    }
+}
+
+TEST_F(DeployDialogs, UploadOpensTheUploadedProjectAndReportsFaults) {
+    // A device that holds this project, downloaded by the job.
+    Device device("127.47.2.1", kType);
+    project->model().downloadPassword = "pw";
+    ASSERT_TRUE(rq::BuildPackageJob(rq::DeployProject::from(project->model()), rqtest::programDir(),
+                                    nullptr)
+                    .run()
+                    .succeeded);
+    rq::ProjectDownloadJob down(rq::DeployProject::from(project->model()), device.ip,
+                                rqtest::programDir(), nullptr);
+    down.readiness = {5, 50, 0};
+    ASSERT_TRUE(down.run().succeeded);
+
+    rqtest::TempDir target;
+    rqshell::CUploadDialog d(dir.str(), device.ip, rqtest::programDir(), sink);
+    std::string opened;
+    d.uploaded = [&](const std::string& t) { opened = t; };
+    d.uploadButton()->click();
+    EXPECT_EQ(message(0), "Please choose the path of uploading project!");
+
+    // The folder browser fills the path; the current project's own folder asks first.
+    d.browseFolder = [&](const std::string& title) -> std::optional<std::string> {
+        EXPECT_EQ(title, rq::kTitleParentFolder);
+        return dir.str();
+    };
+    QPushButton* browse = nullptr;
+    for (QPushButton* b : d.findChildren<QPushButton*>())
+        if (b->accessibleName() == "Browse project path")
+            browse = b;
+    ASSERT_TRUE(browse);
+    browse->click();
+    EXPECT_EQ(d.pathField()->text().toStdString(), dir.str());
+    sink.answers = {false};
+    d.uploadButton()->click();
+    EXPECT_EQ(message(1), "Are you sure to overwrite with current project? ");
+    EXPECT_TRUE(sink.entries[1].question);
+
+    d.pathField()->setText(QString::fromStdString(target.str()));
+    d.passwordField()->setText("wrong");
+    d.uploadButton()->click();
+    EXPECT_EQ(message(2), "Project file decompress fail!");
+    EXPECT_TRUE(opened.empty());
+
+    d.passwordField()->setText("pw");
+    d.uploadButton()->click();
+    EXPECT_EQ(message(3), "Upload successfully!");
+    EXPECT_EQ(opened, target.str());
+    EXPECT_TRUE(fs::exists(target.path() / "rqrun.xml"));
+
+    struct Case {
+        const char* address;
+        EmulatorFault fault;
+        const char* text;
+    };
+    const Case cases[] = {
+        {"127.47.2.2", EmulatorFault::Refuse, "Upload fail, can not connect slave HMI!"},
+        {"127.47.2.3", EmulatorFault::Silent, "Upload fail, communication error!"},
+        {"127.47.2.4", EmulatorFault::Cut, "Upload fail, communication error!"},
+        {"127.47.2.5", EmulatorFault::BadLength, "Upload fail, communication error!"},
+    };
+    std::size_t n = 4;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.address);
+        Device faulty(c.address, kType, {}, 0, c.fault);
+        d.ipField()->setText(c.address);
+        d.uploadButton()->click();
+        EXPECT_EQ(message(n++), c.text);
+    }
+}
+
+TEST_F(DeployDialogs, UpgradePackageAndItsFaults) {
+    rqtest::writeFile(dir.path() / "up.rqp", std::string(4096, 'u'));
+    rqshell::CUpgradeDialog d("", sink);
+    d.downloadButton()->click();
+    EXPECT_EQ(message(0), "Please input corresponding HMI IP address!");
+    d.ipField()->setText("127.47.3.1");
+    d.downloadButton()->click();
+    EXPECT_EQ(message(1), "Please choose download file!");
+    d.fileField()->setText(QString::fromStdString(dir.file("none.rqp")));
+    d.downloadButton()->click();
+    EXPECT_EQ(message(2), "Download file does not exist, please choose download file!");
+
+    d.fileField()->setText(QString::fromStdString(dir.file("up.rqp")));
+    struct Case {
+        const char* address;
+        EmulatorFault fault;
+        const char* text;
+    };
+    // The emulator refuses a package that does not unwrap: a communication error.
+    const Case cases[] = {
+        {"127.47.3.1", EmulatorFault::None,
+         "Upgrade package download fail, communicating with slave error!"},
+        {"127.47.3.2", EmulatorFault::Refuse,
+         "Upgrade package download fail, can not connect slave!"},
+        {"127.47.3.3", EmulatorFault::Cut,
+         "Upgrade package download fail, communicating with slave error!"},
+        {"127.47.3.4", EmulatorFault::BadLength,
+         "Upgrade package download fail, communicating with slave error!"},
+        {"127.47.3.5", EmulatorFault::Silent,
+         "Upgrade package download fail, communicating with slave error!"},
+    };
+    std::size_t n = 3;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.address);
+        Device device(c.address, kType, {}, 0, c.fault);
+        d.ipField()->setText(c.address);
+        d.downloadButton()->click();
+        EXPECT_EQ(message(n++), c.text);
+    }
+    // The program directory's upgrade package is taken.
+    auto upgrade = rq::newestUpgradePackage(rqtest::programDir());
+    ASSERT_TRUE(upgrade);
+    Device device("127.47.3.6", kType, "20200101");
+    d.fileField()->setText(QString::fromStdString(upgrade->path));
+    d.ipField()->setText(QString::fromStdString(device.ip));
+    d.downloadButton()->click();
+    EXPECT_EQ(message(n), "Upgrade package download successfully! ");
+}
+
+TEST_F(DeployDialogs, StartupImageChecksTheBitmapAndDownloadsIt) {
+    Device device("127.47.4.1", kType);
+    rqshell::CLogoDialog d(project->model(), rqtest::programDir(), sink);
+    d.readiness = {5, 50, 50};
+    d.ipField()->setText(QString::fromStdString(device.ip));
+    d.downloadButton()->click();
+    EXPECT_EQ(message(0), "Please choose image file!");
+
+    // A 24-bit bitmap of the wrong width, then one of the type's 1024 x 768.
+    auto bitmap = [&](int w, int h) {
+        const int stride = (w * 3 + 3) / 4 * 4;
+        std::string b(54 + std::size_t(stride) * h, '\0');
+        auto put32 = [&](int at, uint32_t v) {
+            for (int i = 0; i < 4; ++i)
+                b[at + i] = char(v >> (8 * i));
+        };
+        b[0] = 'B', b[1] = 'M';
+        put32(2, uint32_t(b.size()));
+        put32(10, 54);
+        put32(14, 40);
+        put32(18, uint32_t(w));
+        put32(22, uint32_t(h));
+        b[26] = 1, b[28] = 24;
+        const std::string path = dir.file("logo" + std::to_string(w) + ".bmp");
+        rqtest::writeFile(path, b);
+        return QString::fromStdString(path);
+    };
+    d.imageField()->setText(bitmap(800, 768));
+    d.downloadButton()->click();
+    EXPECT_EQ(message(1), "bmp width is error, need 1024 pixel!");
+    d.imageField()->setText(bitmap(1024, 768));
+    d.downloadButton()->click();
+    EXPECT_EQ(message(2), "Download startup image successfully!");
+    EXPECT_TRUE(fs::exists(device.file("/tmp/rqupdate.rqp")));
+
+    Device refusing("127.47.4.2", kType, {}, 0, EmulatorFault::Refuse);
+    d.ipField()->setText("127.47.4.2");
+    d.downloadButton()->click();
+    EXPECT_EQ(message(3), "Download startup image fail, can not connect slave!");
+}
+
+TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
+    Device device("127.47.5.1", kType);
+    rqshell::CMonitorDialog d(device.ip, rqtest::programDir(), sink);
+    d.timer()->setInterval(50);
+    d.monitoringButton()->click();
+    EXPECT_FALSE(d.monitoringButton()->isEnabled());
+    ASSERT_TRUE(runUntil([&] { return !d.figureFields().front()->text().isEmpty(); }));
+    for (QLineEdit* f : d.figureFields())
+        EXPECT_FALSE(f->text().isEmpty()) << f->accessibleName().toStdString();
+    EXPECT_TRUE(d.figureFields().front()->text().endsWith('K'));
+    EXPECT_TRUE(d.figureFields()[4]->text().contains('.'));
+    EXPECT_TRUE(device.emulator->monitorRunning());
+
+    // The device goes away: the figures are cleared.
+    device.emulator->stop();
+    ASSERT_TRUE(runUntil([&] { return d.figureFields().front()->text().isEmpty(); }));
+    d.quitButton()->click();
+    ASSERT_TRUE(runUntil([&] { return !d.isVisible() && !d.pollUnderWay(); }));
+    EXPECT_TRUE(sink.entries.empty());
+
+    Device refusing("127.47.5.2", kType, {}, 0, EmulatorFault::Refuse);
+    rqshell::CMonitorDialog r(refusing.ip, rqtest::programDir(), sink);
+    r.monitoringButton()->click();
+    EXPECT_EQ(message(0), "Upgrade package download fail, can not connect slave!");
+    EXPECT_TRUE(r.monitoringButton()->isEnabled());
+}
+
+TEST_F(DeployDialogs, EveryToolCommandHasItsDialogAndAnUploadIsOpened) {
+    rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
+    for (QAction* a : frame.toolBar()->actions())
+        if (!a->isSeparator())
+            EXPECT_TRUE(a->isEnabled()) << a->text().toStdString();
+    const std::pair<int, const char*> dialogs[] = {
+        {rq::cmd::kCompile, "Compile"},
+        {rq::cmd::kDownloadProject, "Download Project"},
+        {rq::cmd::kUploadProject, "Upload Project"},
+        {rq::cmd::kDownloadPackage, "Download Package"},
+        {rq::cmd::kDownloadStartupImage, "Download Startup Image"},
+        {rq::cmd::kMonitor, "Running Monitoring"},
+    };
+    for (auto [command, caption] : dialogs) {
+        EXPECT_TRUE(frame.action(command)->isEnabled()) << caption;
+        std::unique_ptr<QDialog> d = frame.makeDeployDialog(command);
+        ASSERT_TRUE(d) << caption;
+        EXPECT_EQ(d->windowTitle().toStdString(), caption);
+    }
+
+    // An uploaded project replaces the open one.
+    rqtest::TempDir uploaded;
+    const char* src = std::getenv("RQ_SOURCE_DIR");
+    fs::copy(std::string(src ? src : ".") + "/data/examples/demo", uploaded.path(),
+             fs::copy_options::recursive);
+    frame.openUploadedProject(uploaded.str());
+    EXPECT_EQ(frame.project().model().projectDirectory, uploaded.str());
+    EXPECT_EQ(frame.project().model().name, "demo");
+}
+
+TEST_F(DeployDialogs, PasswordEntriesMustAgree) {
+    rqshell::CPasswordDialog d(project->model(), sink);
+    d.firstField()->setText("a");
+    d.secondField()->setText("b");
+    d.accept();
+    EXPECT_EQ(message(0), "input password error, please input again!");
+    EXPECT_EQ(d.result(), QDialog::Rejected);
+    EXPECT_TRUE(project->model().downloadPassword.empty());
+    d.secondField()->setText("a");
+    d.accept();
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+    EXPECT_EQ(project->model().downloadPassword, "a");
+    EXPECT_TRUE(project->model().modified);
+}
+
+} // namespace
