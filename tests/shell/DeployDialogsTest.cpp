@@ -20,7 +20,11 @@
 #include <QToolBar>
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -53,7 +57,12 @@ struct DeployDialogs : ::testing::Test {
         m.name = "p";
         m.projectDirectory = dir.str();
         m.hmiType = &catalogs.hmi.entries().front();
+        // A silent device costs one second here, not five.
+        rq::ProtocolLimits quick = saved;
+        quick.receiveWaitSeconds = 1;
+        rq::setProtocolLimits(quick);
     }
+    ~DeployDialogs() override { rq::setProtocolLimits(saved); }
     // The text of the message box the dialog showed, after waiting for it.
     std::string message(std::size_t index = 0) {
         if (!runUntil([&] { return sink.entries.size() > index; }))
@@ -61,6 +70,7 @@ struct DeployDialogs : ::testing::Test {
         return sink.entries[index].text;
     }
 
+    rq::ProtocolLimits saved = rq::protocolLimits();
     rqtest::TempDir dir;
     rq::Catalogs catalogs;
     rq::SilentSink silent;
@@ -369,6 +379,89 @@ TEST_F(DeployDialogs, EveryToolCommandHasItsDialogAndAnUploadIsOpened) {
     frame.openUploadedProject(uploaded.str());
     EXPECT_EQ(frame.project().model().projectDirectory, uploaded.str());
     EXPECT_EQ(frame.project().model().name, "demo");
+}
+
+// A device that takes a put's content slowly (64 KiB every 5 ms) and tells whether
+// the connection ended before the whole content had come.
+struct SlowDevice {
+    int listener = -1;
+    std::thread thread;
+    std::atomic<uint64_t> received{0};
+    std::atomic<bool> closedEarly{false};
+
+    explicit SlowDevice(const char* address) {
+        listener = ::socket(AF_INET, SOCK_STREAM, 0);
+        int one = 1;
+        ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &one, sizeof one);
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        a.sin_port = htons(rq::kFilePort);
+        a.sin_addr.s_addr = ::inet_addr(address);
+        EXPECT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&a), sizeof a), 0);
+        ::listen(listener, 1);
+        thread = std::thread([this] {
+            int c = ::accept(listener, nullptr, nullptr);
+            if (c < 0)
+                return;
+            // A small receive buffer keeps the client's sends waiting on this reader.
+            int small = 64 * 1024;
+            ::setsockopt(c, SOL_SOCKET, SO_RCVBUF, &small, sizeof small);
+            std::vector<char> buf(64 * 1024);
+            for (;;) {
+                ssize_t n = ::recv(c, buf.data(), buf.size(), 0);
+                if (n <= 0) {
+                    closedEarly = received < (64u << 20);
+                    break;
+                }
+                received += uint64_t(n);
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+            ::close(c);
+        });
+    }
+    ~SlowDevice() {
+        ::shutdown(listener, SHUT_RDWR);
+        ::close(listener);
+        thread.join();
+    }
+};
+
+TEST_F(DeployDialogs, CancelStopsA64MiBPutAtOnceAndTheWindowStaysResponsive) {
+    const std::string big = dir.file("big.rqp");
+    rqtest::writeFile(big, std::string(64u << 20, 'x'));
+    SlowDevice device("127.47.6.1");
+    rqshell::CUpgradeDialog d("127.47.6.1", sink);
+    d.fileField()->setText(QString::fromStdString(big));
+
+    // A heartbeat on the window's thread: the longest gap between its ticks.
+    QTimer beat;
+    beat.setInterval(5);
+    QElapsedTimer since;
+    qint64 longest = 0;
+    QObject::connect(&beat, &QTimer::timeout,
+                     [&] { longest = std::max(longest, since.restart()); });
+    since.start();
+    beat.start();
+    d.downloadButton()->click();
+    EXPECT_FALSE(d.downloadButton()->isEnabled());
+    EXPECT_TRUE(d.cancelButton()->isEnabled());
+    ASSERT_TRUE(runUntil([&] { return d.progressBar()->value() >= 5; }));
+    EXPECT_LT(d.progressBar()->value(), 100);
+    EXPECT_NE(d.progressText()->text().indexOf("of 64.0 MiB"), -1)
+        << d.progressText()->text().toStdString();
+    beat.stop();
+    EXPECT_LT(longest, 100) << "the window's thread was held";
+
+    QElapsedTimer cancelTook;
+    cancelTook.start();
+    d.cancelButton()->click();
+    ASSERT_TRUE(runUntil([&] { return !d.busy(); }, 5000));
+    EXPECT_LT(cancelTook.elapsed(), 1000);
+    EXPECT_EQ(d.progressText()->text(), "Cancelled");
+    EXPECT_TRUE(d.downloadButton()->isEnabled());
+    EXPECT_TRUE(sink.entries.empty()); // a cancel shows no message
+    EXPECT_TRUE(runUntil([&] { return device.closedEarly.load(); }, 2000));
+    EXPECT_EQ(fs::file_size(big), 64u << 20); // the local file as it was
 }
 
 TEST_F(DeployDialogs, PasswordEntriesMustAgree) {

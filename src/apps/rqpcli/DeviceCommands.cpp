@@ -1,6 +1,7 @@
 // Device commands: device type, device put, device get, device clock, device
 // monitor. Each exits with its transfer result (0 to 4).
 
+#include "CliSupport.h"
 #include "Command.h"
 #include "core/FileUtil.h"
 #include "deploy/protocol/DeviceProtocol.h"
@@ -66,7 +67,7 @@ int runType(const std::vector<std::string>& args) {
 }
 
 int runPut(const std::vector<std::string>& args) {
-    Options opt({"dir", "name", "extra"}, {});
+    Options opt({"dir", "name", "extra"}, {"quiet"});
     int status;
     if (!parseOrExit(commandNamed("device put"), opt, args, 2, 2, &status))
         return status;
@@ -77,18 +78,29 @@ int runPut(const std::vector<std::string>& args) {
         name = slash == std::string::npos ? local : local.substr(slash + 1);
     }
     const std::string dir = opt.value("dir").value_or("/tmp");
-    const rq::TransferResult result =
-        rq::PutFile(local, name, dir, opt.positional()[1], 2, opt.value("extra").value_or(""));
+    TerminalProgress progress(opt.flag("quiet"));
+    rq::TransferControl control;
+    rq::meterProgress(control, name,
+                      [&](const rq::TransferProgress& p) { progress.onProgress(p); });
+    const rq::TransferResult result = rq::PutFile(local, name, dir, opt.positional()[1], 2,
+                                                  opt.value("extra").value_or(""), &control);
+    progress.finish();
     return report("put " + local + " as " + dir + "/" + name, result);
 }
 
 int runGet(const std::vector<std::string>& args) {
-    Options opt({}, {});
+    Options opt({}, {"quiet"});
     int status;
     if (!parseOrExit(commandNamed("device get"), opt, args, 3, 3, &status))
         return status;
     const auto& p = opt.positional();
-    return report("get " + p[0] + " into " + p[1], rq::GetFile(p[0], p[1], p[2]));
+    TerminalProgress progress(opt.flag("quiet"));
+    rq::TransferControl control;
+    rq::meterProgress(control, p[0],
+                      [&](const rq::TransferProgress& t) { progress.onProgress(t); });
+    const rq::TransferResult result = rq::GetFile(p[0], p[1], p[2], &control);
+    progress.finish();
+    return report("get " + p[0] + " into " + p[1], result);
 }
 
 // The dialogs' texts: those with the information icon on standard output, the
@@ -167,12 +179,12 @@ int runMonitor(const std::vector<std::string>& args) {
 
 CommandRegistration regType({"device type", "device type IP",
                              "prints the HMI type name that the device at IP reports", runType});
-CommandRegistration regPut({"device put",
-                            "device put LOCAL IP [--dir /tmp] [--name NAME] [--extra TEXT]",
-                            "sends the file LOCAL to the device as DIR/NAME (NAME defaults to "
-                            "LOCAL's file name; the extra text is the package password)",
-                            runPut});
-CommandRegistration regGet({"device get", "device get REMOTE LOCAL IP",
+CommandRegistration
+    regPut({"device put", "device put LOCAL IP [--dir /tmp] [--name NAME] [--extra TEXT] [--quiet]",
+            "sends the file LOCAL to the device as DIR/NAME (NAME defaults to "
+            "LOCAL's file name; the extra text is the package password)",
+            runPut});
+CommandRegistration regGet({"device get", "device get REMOTE LOCAL IP [--quiet]",
                             "fetches the device's file REMOTE into LOCAL", runGet});
 CommandRegistration regClock({"device clock", "device clock IP",
                               "sets the device clock to this computer's time", runClock});

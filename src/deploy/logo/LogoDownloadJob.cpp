@@ -93,7 +93,7 @@ TransferOutcome LogoDownloadJob::work() {
     }
 
     status("Downloading, please waiting...");
-    int r = PutFile(package, "rqupdate.rqp", "/tmp", ip_, 2, "");
+    int r = PutFile(package, "rqupdate.rqp", "/tmp", ip_, 2, "", track("rqupdate.rqp"));
     event(4, r);
     if (r == kTransferOk) {
         status("Download success, writing Flash, please waiting...");

@@ -174,7 +174,9 @@ public:
 
     // Exactly `count` bytes (a count of 0 fails); *received tells how many came.
     bool recv(void* buffer, std::size_t count, std::size_t* received = nullptr,
-              int waitSeconds = kReceiveWaitSeconds) {
+              int waitSeconds = -1) {
+        if (waitSeconds < 0)
+            waitSeconds = limits_.receiveWaitSeconds;
         char* p = static_cast<char*>(buffer);
         std::size_t got = 0;
         if (received)
@@ -365,9 +367,59 @@ TransferResult QueryDeviceType(const std::string& ip, char* buffer, uint32_t cap
     return result;
 }
 
+TransferControl::~TransferControl() {
+    detach();
+}
+
+void TransferControl::cancel() {
+    std::lock_guard lock(m_);
+    cancelled_ = true;
+    if (watched_ >= 0)
+        ::shutdown(watched_, SHUT_RDWR);
+}
+
+void TransferControl::reset() {
+    cancelled_ = false;
+}
+
+void TransferControl::attach(int sock) {
+    std::lock_guard lock(m_);
+    if (watched_ >= 0)
+        ::close(watched_);
+    // A duplicate: cancel() may shut the connection down until detach(), even after
+    // the transfer has closed its own descriptor (whose number may be reused).
+    watched_ = ::fcntl(sock, F_DUPFD_CLOEXEC, 0);
+    if (cancelled_ && watched_ >= 0)
+        ::shutdown(watched_, SHUT_RDWR);
+}
+
+void TransferControl::detach() {
+    std::lock_guard lock(m_);
+    if (watched_ >= 0)
+        ::close(watched_);
+    watched_ = -1;
+}
+
+namespace {
+
+// Watches one transfer's connection for the control's cancel.
+struct Watch {
+    TransferControl* control;
+    Watch(TransferControl* c, int sock) : control(c) {
+        if (control)
+            control->attach(sock);
+    }
+    ~Watch() {
+        if (control)
+            control->detach();
+    }
+};
+
+} // namespace
+
 TransferResult PutFile(const std::string& localPath, const std::string& remoteName,
                        const std::string& remoteDir, const std::string& ip, uint8_t flag,
-                       const std::string& extraText) {
+                       const std::string& extraText, TransferControl* control) {
     lastFailure = TransferFailure::None;
     FileCloser file{std::fopen(localPath.c_str(), "rb")};
     if (!file.file)
@@ -401,6 +453,7 @@ TransferResult PutFile(const std::string& localPath, const std::string& remoteNa
     int sock = ConnectDevice(ip, kFilePort);
     if (sock < 0)
         return kCannotConnect;
+    Watch watch(control, sock);
     Exchange device(sock);
 
     // Send results are not checked one by one: a broken connection shows as a failed
@@ -425,6 +478,8 @@ TransferResult PutFile(const std::string& localPath, const std::string& remoteNa
         }
         sent = device.send(chunk, got);
         remaining -= got;
+        if (sent && control)
+            control->report(static_cast<uint64_t>(size) - remaining, static_cast<uint64_t>(size));
     }
     std::fclose(file.file);
     file.file = nullptr;
@@ -474,7 +529,7 @@ int openTemporaryBeside(const std::string& target, std::string& temporary) {
 } // namespace
 
 TransferResult GetFile(const std::string& remotePath, const std::string& localPath,
-                       const std::string& ip) {
+                       const std::string& ip, TransferControl* control) {
     lastFailure = TransferFailure::None;
     char request[kCountedBufferSize];
     const std::size_t requestBytes = packDeviceString(request, kCountedBufferSize, remotePath);
@@ -482,6 +537,7 @@ TransferResult GetFile(const std::string& remotePath, const std::string& localPa
     int sock = ConnectDevice(ip, kFilePort);
     if (sock < 0)
         return kCannotConnect;
+    Watch watch(control, sock);
     Exchange device(sock);
     device.sendFrame(3, static_cast<uint32_t>(requestBytes), request);
 
@@ -495,6 +551,7 @@ TransferResult GetFile(const std::string& remotePath, const std::string& localPa
         return kCommError;
     }
     uint32_t remaining = getBigEndian32(sizeBytes);
+    const uint32_t total = remaining;
 
     // Only now, with the device's consent, is anything written: into a temporary
     // that replaces the local file when the last byte is in.
@@ -539,6 +596,8 @@ TransferResult GetFile(const std::string& remotePath, const std::string& localPa
             off += static_cast<std::size_t>(written);
         }
         remaining -= static_cast<uint32_t>(want);
+        if (control)
+            control->report(total - remaining, total);
     }
     closeSocket(sock);
     const int closed = ::close(out);

@@ -10,8 +10,11 @@
 // big-endian n (text bytes + terminating zero), then the text and its zero byte,
 // in the device code page.
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <mutex>
 #include <string>
 
 namespace rq {
@@ -44,6 +47,7 @@ inline constexpr int kReceiveWaitSeconds = 5;
 // a steady transfer of any size completes, a trickle slower than that fails. Both
 // failures give kCommError.
 struct ProtocolLimits {
+    int receiveWaitSeconds = kReceiveWaitSeconds; // each receive's wait (tests shorten it)
     int sendWaitSeconds = 10;
     int operationBaseSeconds = 30;
     uint32_t minimumBytesPerSecond = 1024;
@@ -63,6 +67,36 @@ enum class TransferFailure {
 TransferFailure lastTransferFailure();
 // "the device refused the request" and the like; "" for None.
 const char* transferFailureText(TransferFailure failure);
+
+// What a caller holds over one put or get: the bytes moved are reported to
+// `progress` (on the transferring thread, after each piece), and cancel(), from any
+// thread, ends the transfer at once by shutting its connection down. A cancelled
+// control fails every later transfer it is given (kCommError) until reset().
+class TransferControl {
+public:
+    TransferControl() = default;
+    ~TransferControl();
+    TransferControl(const TransferControl&) = delete;
+    TransferControl& operator=(const TransferControl&) = delete;
+
+    std::function<void(uint64_t done, uint64_t total)> progress;
+    void cancel();
+    bool cancelled() const { return cancelled_.load(); }
+    void reset();
+
+    // The connection of the transfer under way (used by the protocol client).
+    void attach(int sock);
+    void detach();
+    void report(uint64_t done, uint64_t total) const {
+        if (progress)
+            progress(done, total);
+    }
+
+private:
+    std::mutex m_;
+    int watched_ = -1; // a duplicate of the connection's descriptor
+    std::atomic<bool> cancelled_{false};
+};
 
 // Low-level operations: 1 success, 0 failure unless said otherwise.
 
@@ -97,13 +131,13 @@ TransferResult QueryDeviceType(const std::string& ip, char* buffer, uint32_t cap
 // connection.
 TransferResult PutFile(const std::string& localPath, const std::string& remoteName,
                        const std::string& remoteDir, const std::string& ip, uint8_t flag,
-                       const std::string& extraText);
+                       const std::string& extraText, TransferControl* control = nullptr);
 // Port 8100, command 3: fetches a remote file. The content is received into a
 // temporary file beside the local path, which replaces the local file only when
 // every byte has arrived; a refused or failed transfer leaves the local file as it
 // was.
 TransferResult GetFile(const std::string& remotePath, const std::string& localPath,
-                       const std::string& ip);
+                       const std::string& ip, TransferControl* control = nullptr);
 // Port 8102, command 2: kTransferOk when the device reports ready (reply type 2).
 TransferResult QueryUpdateDone(const std::string& ip);
 // Port 8104, command 7: sets the device clock to time(nullptr).

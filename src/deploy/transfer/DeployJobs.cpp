@@ -136,7 +136,7 @@ int ProjectDownloadJob::transfer() {
         return kTypeMismatch;
 
     if (int r = PutFile(joinPath(programDir_, "killprog.rqp"), "killprog.rqp", kRemoteDir, ip_,
-                        kPutFlag, "");
+                        kPutFlag, "", track("killprog.rqp"));
         r != kTransferOk)
         return r;
     if (waitUntilReady(ip_, readiness) != kTransferOk)
@@ -145,11 +145,12 @@ int ProjectDownloadJob::transfer() {
     const std::string download = joinPath(project_.directory, "download");
     if (auto upgrade = newestUpgradePackage(programDir_)) {
         const std::string versionFile = joinPath(download, "version");
-        int r = GetFile("/home/app/version", versionFile, ip_);
+        int r = GetFile("/home/app/version", versionFile, ip_, track("version"));
         if (r == kCannotConnect || r == kLocalFileError)
             return r;
         if (r == kCommError || !deviceUpToDate(versionFile, upgrade->date)) {
-            if (int p = PutFile(upgrade->path, "rqupdate.rqp", kRemoteDir, ip_, kPutFlag, "");
+            if (int p = PutFile(upgrade->path, "rqupdate.rqp", kRemoteDir, ip_, kPutFlag, "",
+                                track(fs::path(upgrade->path).filename().string()));
                 p != kTransferOk)
                 return p;
             if (waitUntilReady(ip_, readiness) != kTransferOk)
@@ -158,7 +159,7 @@ int ProjectDownloadJob::transfer() {
     }
     // PutFile puts the extra text on the wire in the device code page.
     return PutFile(joinPath(download, "rqupdate.rqp"), "rqupdate.rqp", kRemoteDir, ip_, kPutFlag,
-                   project_.password);
+                   project_.password, track("rqupdate.rqp"));
 }
 
 TransferOutcome ProjectDownloadJob::work() {
@@ -201,7 +202,8 @@ static const char* const kUpgradeTexts[] = {
 
 TransferOutcome UpgradeDownloadJob::work() {
     status("Downloading, please waiting...");
-    const int r = PutFile(file_, "rqupdate.rqp", kRemoteDir, ip_, kPutFlag, "");
+    const int r = PutFile(file_, "rqupdate.rqp", kRemoteDir, ip_, kPutFlag, "",
+                          track(fs::path(file_).filename().string()));
     event(2, r);
     status("");
     return resultOutcome(r, kUpgradeTexts, 4);
@@ -239,11 +241,21 @@ TransferOutcome UploadJob::work() {
     };
     status("Upload project, please wait!");
     const std::string upload = joinPath(target_, "upload");
-    makeDirectory(upload);
+    const bool madeUpload = makeDirectory(upload);
     const std::string package = joinPath(upload, "rqupdate.rqp");
-    int r = GetFile("/home/app/rqupdate.rqp", package, ip_);
+    int r = GetFile("/home/app/rqupdate.rqp", package, ip_, track("rqupdate.rqp"));
     if (r == kTransferOk)
-        r = GetFile("/home/app/datafile/rtdbparams.bin", joinPath(upload, "rtdbparams.bin"), ip_);
+        r = GetFile("/home/app/datafile/rtdbparams.bin", joinPath(upload, "rtdbparams.bin"), ip_,
+                    track("rtdbparams.bin"));
+    if (cancelRequested()) {
+        // The target is left as it was: a folder made here goes with what it got.
+        if (madeUpload) {
+            std::error_code ec;
+            fs::remove_all(upload, ec);
+        }
+        status("");
+        return cancelledOutcome();
+    }
     event(2, r);
     if (r != kTransferOk) {
         status("");

@@ -78,6 +78,25 @@ int progressPercent(const TransferProgress& p) {
     return static_cast<int>(p.done * 100 / p.total);
 }
 
+void meterProgress(TransferControl& control, const std::string& what,
+                   std::function<void(const TransferProgress&)> report) {
+    using Clock = std::chrono::steady_clock;
+    control.progress = [what, report = std::move(report), start = Clock::now(),
+                        last = Clock::time_point{}](uint64_t done, uint64_t total) mutable {
+        const auto now = Clock::now();
+        if (done < total && now - last < std::chrono::milliseconds(100))
+            return;
+        last = now;
+        TransferProgress p;
+        p.what = what;
+        p.done = done;
+        p.total = total;
+        const double seconds = std::chrono::duration<double>(now - start).count();
+        p.bytesPerSecond = seconds > 0 ? double(done) / seconds : 0;
+        report(p);
+    };
+}
+
 TransferJob::TransferJob(TransferListener* listener) : listener_(listener) {}
 
 TransferJob::~TransferJob() {
@@ -97,6 +116,7 @@ std::optional<TransferOutcome> TransferJob::start() {
     if (worker_.joinable())
         worker_.join();
     cancelled_ = false;
+    control_.reset();
     if (auto failed = check()) {
         outcome_ = *failed;
         if (listener_)
@@ -130,7 +150,16 @@ void TransferJob::cancel() {
         std::lock_guard lock(pauseMutex_);
         cancelled_ = true;
     }
+    control_.cancel();
     pauseWake_.notify_all();
+}
+
+TransferControl* TransferJob::track(const std::string& what) {
+    meterProgress(control_, what, [this](const TransferProgress& p) {
+        if (listener_)
+            listener_->onProgress(p);
+    });
+    return &control_;
 }
 
 bool TransferJob::pause(int ms) {

@@ -9,10 +9,13 @@
 // called on the worker thread; a dialog forwards the calls to its own thread.
 
 #include "core/MessageSink.h"
+#include "deploy/protocol/DeviceProtocol.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -47,6 +50,11 @@ struct TransferProgress {
 std::string formatProgress(const TransferProgress& progress);
 // Whole percent of the bytes moved (100 for an empty whole).
 int progressPercent(const TransferProgress& progress);
+
+// Hooks a control's byte counts to `report`: the name, the rate since start(), at
+// most one report every 100 ms and always the last one.
+void meterProgress(TransferControl& control, const std::string& what,
+                   std::function<void(const TransferProgress&)> report);
 
 struct TransferEvent {
     int code = 0;
@@ -109,6 +117,9 @@ protected:
     // Polls QueryUpdateDone as `wait` says; 0 at the first success, 2 when all
     // polls failed.
     int waitUntilReady(const std::string& ip, const ReadinessWait& wait);
+    // The control to hand to one put or get: its progress is reported as `what`
+    // (at most every 100 ms, and at the end), and cancel() ends it.
+    TransferControl* track(const std::string& what);
     // Sleeps, waking early when the job is cancelled; false when cancelled.
     bool pause(int ms);
     // The outcome of a cancelled job: no message.
@@ -121,6 +132,7 @@ private:
     TransferListener* listener_;
     std::thread worker_;
     std::atomic<bool> cancelled_{false};
+    TransferControl control_;
     std::mutex pauseMutex_;
     std::condition_variable pauseWake_;
     TransferOutcome outcome_;

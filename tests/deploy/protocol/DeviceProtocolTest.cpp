@@ -6,9 +6,13 @@
 #include "core/TextEncoding.h"
 #include "support/TestSupport.h"
 
+#include <arpa/inet.h>
+#include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace rqtest;
@@ -400,4 +404,68 @@ TEST(DeviceProtocol, MonitorFigureTexts) {
     EXPECT_EQ(rq::FormatRate(5), "0.5");
     EXPECT_EQ(rq::FormatRate(1000), "100.0");
     EXPECT_EQ(rq::FormatRate(127), "12.7");
+}
+
+TEST(TransferControl, ReportsProgressToTheWholeAndCancelEndsATransferAtOnce) {
+    // Progress of a put and a get: growing counts that end at the whole.
+    const std::string content = pattern(3 * 1024 * 1024 + 5);
+    TempDir dir;
+    writeFile(dir.file("f"), content);
+    std::vector<std::pair<uint64_t, uint64_t>> seen;
+    rq::TransferControl control;
+    control.progress = [&](uint64_t done, uint64_t total) { seen.emplace_back(done, total); };
+    {
+        const std::string ip = nextAddress();
+        const std::string request = frame(2, counted("f") + counted("/tmp")) + "\x02" +
+                                    counted("") + be32(uint32_t(content.size())) + content;
+        RecordingServer server(ip, rq::kFilePort,
+                               {{{request.size(), replyHeader(2, 1) + std::string(1, '\1')}}});
+        EXPECT_EQ(rq::PutFile(dir.file("f"), "f", "/tmp", ip, 2, "", &control), rq::kTransferOk);
+        EXPECT_EQ(server.received().at(0), request);
+    }
+    {
+        const std::string ip = nextAddress();
+        RecordingServer server(
+            ip, rq::kFilePort,
+            {{{frame(3, counted("/f")).size(), replyHeader(3, 1) + std::string(1, '\1') +
+                                                   be32(uint32_t(content.size())) + content}}});
+        EXPECT_EQ(rq::GetFile("/f", dir.file("g"), ip, &control), rq::kTransferOk);
+        EXPECT_EQ(readFile(dir.file("g")), content);
+    }
+    ASSERT_GE(seen.size(), 4u);
+    int ends = 0;
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        EXPECT_EQ(seen[i].second, content.size());
+        EXPECT_LE(seen[i].first, seen[i].second);
+        if (seen[i].first == seen[i].second)
+            ++ends;
+        else
+            EXPECT_LT(seen[i].first, seen[i + 1].first);
+    }
+    EXPECT_EQ(ends, 2);
+
+    // A device that accepts and never reads: the put waits in its send until cancelled
+    // from another thread, and then ends at once.
+    const std::string ip = nextAddress();
+    int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(rq::kFilePort);
+    a.sin_addr.s_addr = ::inet_addr(ip.c_str());
+    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&a), sizeof a), 0);
+    ::listen(listener, 1);
+    writeFile(dir.file("big"), std::string(32u << 20, 'b'));
+    rq::TransferControl stopper;
+    std::thread canceller([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        stopper.cancel();
+    });
+    const auto t0 = std::chrono::steady_clock::now();
+    EXPECT_EQ(rq::PutFile(dir.file("big"), "big", "/tmp", ip, 2, "", &stopper), rq::kCommError);
+    EXPECT_LT(std::chrono::steady_clock::now() - t0, std::chrono::seconds(3));
+    canceller.join();
+    // A cancelled control fails the next transfer before it moves anything.
+    EXPECT_EQ(rq::PutFile(dir.file("f"), "f", "/tmp", ip, 2, "", &stopper), rq::kCommError);
+    stopper.reset();
+    ::close(listener);
 }

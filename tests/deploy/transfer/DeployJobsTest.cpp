@@ -317,3 +317,39 @@ TEST(DownloadPassword, EntriesMustAgree) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(TransferJob, CancelEndsTheReadinessWaitAndProgressIsWorded) {
+    // A device that never reports ready: the 21 polls of a second each end with the
+    // cancel, and the outcome shows nothing.
+    rqtest::TempDir dir;
+    buildPackage(dir.path(), "");
+    Device busy("127.31.0.40", kType, {}, 0, rq::EmulatorFault::Busy);
+    rq::ProjectDownloadJob job(deployProject(dir.path()), busy.ip, programDir(), nullptr);
+    ASSERT_FALSE(job.start());
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    const auto t0 = std::chrono::steady_clock::now();
+    job.cancel();
+    const rq::TransferOutcome o = job.wait();
+    EXPECT_LT(std::chrono::steady_clock::now() - t0, std::chrono::seconds(2));
+    EXPECT_TRUE(o.cancelled);
+    EXPECT_TRUE(o.message.empty());
+    EXPECT_FALSE(fs::exists(busy.file("/home/app/rqupdate.rqp")));
+
+    const struct {
+        rq::TransferProgress p;
+        const char* text;
+        int percent;
+    } cases[] = {
+        {{"a.rqp", 512, 2048, 0}, "a.rqp: 512 B of 2.0 KiB", 25},
+        {{"b", 25u << 20, 64u << 20, 88.25 * 1048576}, "b: 25.0 MiB of 64.0 MiB, 88.2 MiB/s", 39},
+        {{"", 0, 0, 0}, "0 B of 0 B", 100},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(rq::formatProgress(c.p), c.text);
+        EXPECT_EQ(rq::progressPercent(c.p), c.percent);
+    }
+}
+
+} // namespace
