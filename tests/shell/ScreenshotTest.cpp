@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
 #include <QProgressBar>
@@ -84,6 +85,15 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
         menu->adjustSize();
         ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
     }
+
+    // The Tool menu with its state of this moment.
+    frame.updateCommandStates();
+    for (QAction* top : frame.menuBar()->actions())
+        if (top->text() == "Tool(&T)" && top->menu()) {
+            top->menu()->adjustSize();
+            ASSERT_TRUE(
+                top->menu()->grab().save(QString::fromStdString(out + "/menu-tool.png")));
+        }
 
     rqshell::CProjectDialog create(catalogs.hmi, rq::ProjectDialogMode::Create);
     save(create, "project-dialog-new");
