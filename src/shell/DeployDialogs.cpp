@@ -131,10 +131,11 @@ DeployDialog::DeployDialog(const QString& caption, rq::MessageSink& sink, QWidge
     bridge_->progressHandler = [this](const rq::TransferProgress& p) { showProgress(p); };
     bridge_->outcomeHandler = [this](const rq::TransferOutcome& o) { jobFinished(o); };
     bridge_->eventHandler = [this](const rq::TransferEvent& e) {
-        // A script started: buttons off; a script or transfer ended with the job
-        // still at work: they stay off until the outcome.
-        if (e.code == 0)
-            setBusy(true);
+        // The buttons are off from the start of the job to its outcome, through its
+        // scripts (codes 0 and 1). Once the transfers are over, what follows (a
+        // script, the flash writing) cannot be stopped half-way.
+        if (e.code == 2 || e.code == 5)
+            cancel_->setEnabled(false);
     };
     setMinimumWidth(480);
 }
@@ -164,7 +165,7 @@ void DeployDialog::setBusy(bool busy) {
     busy_ = busy;
     for (QPushButton* b : jobButtons_)
         b->setEnabled(!busy);
-    cancel_->setEnabled(busy);
+    cancel_->setEnabled(busy && cancellable_);
 }
 
 void DeployDialog::showProgress(const rq::TransferProgress& p) {
@@ -172,10 +173,11 @@ void DeployDialog::showProgress(const rq::TransferProgress& p) {
     progressText_->setText(qs(rq::formatProgress(p)));
 }
 
-void DeployDialog::startJob(std::unique_ptr<rq::TransferJob> job) {
+void DeployDialog::startJob(std::unique_ptr<rq::TransferJob> job, bool cancellable) {
     if (job_)
         job_->wait();
     job_ = std::move(job);
+    cancellable_ = cancellable;
     progress_->setValue(0);
     progressText_->clear();
     setBusy(true);
@@ -380,8 +382,10 @@ CDownloadDialog::CDownloadDialog(rq::ProjectDocument& document, std::string prog
 }
 
 void CDownloadDialog::createPackage() {
+    // The toolchain script runs to its end: no cancel.
     startJob(std::make_unique<rq::BuildPackageJob>(rq::DeployProject::from(document_.model()),
-                                                   programDir_, bridge_));
+                                                   programDir_, bridge_),
+             false);
 }
 
 void CDownloadDialog::startDownload() {
@@ -392,7 +396,7 @@ void CDownloadDialog::startDownload() {
 }
 
 void CDownloadDialog::adjustClock() {
-    startJob(std::make_unique<rq::ClockJob>(str(ip_->text()), bridge_));
+    startJob(std::make_unique<rq::ClockJob>(str(ip_->text()), bridge_), false);
 }
 
 void CDownloadDialog::editPassword() {

@@ -68,7 +68,8 @@ public:
 
 protected:
     // Starts `job` with the buttons disabled; a failed check shows its message.
-    void startJob(std::unique_ptr<rq::TransferJob> job);
+    // "Cancel" is offered while a cancellable job's transfers run.
+    void startJob(std::unique_ptr<rq::TransferJob> job, bool cancellable = true);
     // The job has ended: the buttons come back and its message is shown.
     virtual void jobFinished(const rq::TransferOutcome& outcome);
     // The buttons disabled while a job runs.
@@ -94,6 +95,7 @@ private:
     QPushButton* cancel_;
     std::vector<QPushButton*> jobButtons_; // children of the dialog
     bool busy_ = false;
+    bool cancellable_ = true;
 };
 
 // "Compile" (F9): the project's compile fields, the toolchain's output and result.

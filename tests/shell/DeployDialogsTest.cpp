@@ -107,8 +107,10 @@ TEST_F(DeployDialogs, DownloadBuildsThePackageAndDownloadsIt) {
     d.downloadButton()->click();
     EXPECT_EQ(message(0), "download package does not exist, please create download package!");
     d.createPackageButton()->click();
+    EXPECT_FALSE(d.cancelButton()->isEnabled()); // a script is not cancelled
     EXPECT_EQ(message(1), "Create download package successfully!");
     d.downloadButton()->click();
+    EXPECT_TRUE(d.cancelButton()->isEnabled());
     EXPECT_FALSE(d.quitButton()->isEnabled());
     EXPECT_FALSE(d.createPackageButton()->isEnabled());
     EXPECT_EQ(message(2), "Project download successfully!");
@@ -462,6 +464,56 @@ TEST_F(DeployDialogs, CancelStopsA64MiBPutAtOnceAndTheWindowStaysResponsive) {
     EXPECT_TRUE(sink.entries.empty()); // a cancel shows no message
     EXPECT_TRUE(runUntil([&] { return device.closedEarly.load(); }, 2000));
     EXPECT_EQ(fs::file_size(big), 64u << 20); // the local file as it was
+}
+
+// Runs `command` from the main window's menu; `drive` works the modal dialog it opens.
+template <class Dialog>
+void runModal(rqshell::CMainFrame& frame, int command, std::function<void(Dialog&)> drive) {
+    bool driven = false;
+    QTimer::singleShot(0, [&] {
+        auto* d = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(d) << command;
+        drive(*d);
+        driven = true;
+        static_cast<QDialog*>(d)->reject();
+    });
+    frame.runCommand(command);
+    EXPECT_TRUE(driven) << command;
+}
+
+TEST_F(DeployDialogs, FromTheMainWindowCompileDownloadAndBackByUpload) {
+    Device device("127.47.7.1", kType);
+    rqtest::TempDir work, back;
+    const char* src = std::getenv("RQ_SOURCE_DIR");
+    fs::copy(std::string(src ? src : ".") + "/data/examples/demo", work.path() / "demo",
+             fs::copy_options::recursive);
+    rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(work.file("demo"))));
+    frame.project().model().slaveIp = device.ip;
+
+    runModal<rqshell::CCompileDialog>(frame, rq::cmd::kCompile, [&](rqshell::CCompileDialog& d) {
+        d.compileButton()->click();
+        ASSERT_TRUE(runUntil([&] { return d.compiling(); }));
+        ASSERT_TRUE(runUntil([&] { return !d.compiling(); }, 60000));
+    });
+    runModal<rqshell::CDownloadDialog>(frame, rq::cmd::kDownloadProject,
+                                       [&](rqshell::CDownloadDialog& d) {
+                                           d.createPackageButton()->click();
+                                           message(0);
+                                           d.downloadButton()->click();
+                                           message(1);
+                                       });
+    EXPECT_EQ(sink.texts(), (std::vector<std::string>{"Create download package successfully!",
+                                                      "Project download successfully!"}));
+    runModal<rqshell::CUploadDialog>(frame, rq::cmd::kUploadProject,
+                                     [&](rqshell::CUploadDialog& d) {
+                                         d.pathField()->setText(QString::fromStdString(back.str()));
+                                         d.uploadButton()->click();
+                                         message(2);
+                                     });
+    EXPECT_EQ(sink.texts().back(), "Upload successfully!");
+    EXPECT_EQ(frame.project().model().projectDirectory, back.str());
+    EXPECT_EQ(frame.project().model().name, "demo");
 }
 
 TEST_F(DeployDialogs, PasswordEntriesMustAgree) {

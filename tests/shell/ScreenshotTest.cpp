@@ -91,8 +91,7 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     for (QAction* top : frame.menuBar()->actions())
         if (top->text() == "Tool(&T)" && top->menu()) {
             top->menu()->adjustSize();
-            ASSERT_TRUE(
-                top->menu()->grab().save(QString::fromStdString(out + "/menu-tool.png")));
+            ASSERT_TRUE(top->menu()->grab().save(QString::fromStdString(out + "/menu-tool.png")));
         }
 
     rqshell::CProjectDialog create(catalogs.hmi, rq::ProjectDialogMode::Create);

@@ -125,7 +125,8 @@ std::optional<TransferOutcome> TransferJob::start() {
     }
     worker_ = std::thread([this] {
         outcome_ = work();
-        if (cancelled_.load())
+        // A cancel that came too late to stop anything leaves the success standing.
+        if (cancelled_.load() && !outcome_.succeeded)
             outcome_ = cancelledOutcome();
         if (listener_)
             listener_->onOutcome(outcome_);
