@@ -23,6 +23,7 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -97,6 +98,23 @@ TEST_F(DeployDialogs, CompileShowsTheToolchainResultAndKeepsButtonsOffMeanwhile)
     project->model().projectDirectory.clear();
     d.compileButton()->click();
     EXPECT_EQ(message(), rq::kMsgNoProjectDirectory);
+}
+
+TEST_F(DeployDialogs, ClosingTheWindowStopsARunningCompile) {
+    // A source that is a named pipe keeps the compiler waiting until it is stopped.
+    ASSERT_EQ(::mkfifo(dir.file("wait.c").c_str(), 0600), 0);
+    rqshell::CCompileDialog d(project->doc, sink);
+    d.setFields({"", "", "", "\"%PRJ_DIR%/wait.c\" "});
+    d.show();
+    d.compileButton()->click();
+    ASSERT_TRUE(runUntil([&] { return d.compiling(); }));
+    QElapsedTimer took;
+    took.start();
+    d.close();
+    ASSERT_TRUE(runUntil([&] { return !d.compiling(); }, 5000));
+    EXPECT_LT(took.elapsed(), 3000);
+    EXPECT_FALSE(d.isVisible());
+    EXPECT_FALSE(rq::ProcessRunner::running());
 }
 
 TEST_F(DeployDialogs, DownloadBuildsThePackageAndDownloadsIt) {
@@ -381,6 +399,14 @@ TEST_F(DeployDialogs, EveryToolCommandHasItsDialogAndAnUploadIsOpened) {
     frame.openUploadedProject(uploaded.str());
     EXPECT_EQ(frame.project().model().projectDirectory, uploaded.str());
     EXPECT_EQ(frame.project().model().name, "demo");
+    // An upload over the open project's own folder was agreed to: its unsaved state
+    // is not offered for saving over what was just uploaded (no question comes).
+    frame.project().model().name = "edited";
+    frame.project().model().modified = true;
+    frame.openUploadedProject(uploaded.str());
+    EXPECT_EQ(frame.project().model().name, "demo");
+    EXPECT_FALSE(frame.project().model().modified);
+    EXPECT_EQ(rqtest::readFile(uploaded.path() / "rqrun.xml").find("edited"), std::string::npos);
 }
 
 // A device that takes a put's content slowly (64 KiB every 5 ms) and tells whether
