@@ -338,10 +338,22 @@ TEST_F(DeployDialogs, StartupImageChecksTheBitmapAndDownloadsIt) {
     EXPECT_EQ(message(2), "Download startup image successfully!");
     EXPECT_TRUE(fs::exists(device.file("/tmp/rqupdate.rqp")));
 
-    Device refusing("127.47.4.2", kType, {}, 0, EmulatorFault::Refuse);
-    d.ipField()->setText("127.47.4.2");
-    d.downloadButton()->click();
-    EXPECT_EQ(message(3), "Download startup image fail, can not connect slave!");
+    const std::pair<EmulatorFault, const char*> faults[] = {
+        {EmulatorFault::Refuse, "Download startup image fail, can not connect slave!"},
+        {EmulatorFault::Silent, "Download startup image fail, communication error!"},
+        {EmulatorFault::Cut, "Download startup image fail, communication error!"},
+        {EmulatorFault::BadLength, "Download startup image fail, communication error!"},
+        {EmulatorFault::Busy, "Download startup image fail, communication error!"},
+    };
+    std::size_t n = 3;
+    for (auto [fault, text] : faults) {
+        const std::string ip = "127.47.4." + std::to_string(n);
+        SCOPED_TRACE(ip);
+        Device faulty(ip, kType, {}, 0, fault);
+        d.ipField()->setText(QString::fromStdString(ip));
+        d.downloadButton()->click();
+        EXPECT_EQ(message(n++), text);
+    }
 }
 
 TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
@@ -364,11 +376,43 @@ TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
     ASSERT_TRUE(runUntil([&] { return !d.isVisible() && !d.pollUnderWay(); }));
     EXPECT_TRUE(sink.entries.empty());
 
-    Device refusing("127.47.5.2", kType, {}, 0, EmulatorFault::Refuse);
-    rqshell::CMonitorDialog r(refusing.ip, rqtest::programDir(), sink);
-    r.monitoringButton()->click();
-    EXPECT_EQ(message(0), "Upgrade package download fail, can not connect slave!");
-    EXPECT_TRUE(r.monitoringButton()->isEnabled());
+    // Starting the monitor service is a put: its faults give the upgrade texts. The
+    // clock's faults, from the download dialog, give the clock's own.
+    struct Case {
+        EmulatorFault fault;
+        const char* monitorText;
+        const char* clockText;
+    };
+    const Case cases[] = {
+        {EmulatorFault::Refuse, "Upgrade package download fail, can not connect slave!",
+         "Adjust time fail, can not connect slave!"},
+        {EmulatorFault::Silent, "Upgrade package download fail, communicating with slave error!",
+         "Adjust time fail, communication error!"},
+        {EmulatorFault::Cut, "Upgrade package download fail, communicating with slave error!",
+         "Adjust time fail, communication error!"},
+        {EmulatorFault::BadLength, "Upgrade package download fail, communicating with slave error!",
+         "Adjust time fail, communication error!"},
+    };
+    rqshell::CDownloadDialog download(project->doc, rqtest::programDir(), sink);
+    std::size_t n = 0, address = 2;
+    for (const Case& c : cases) {
+        const std::string ip = "127.47.5." + std::to_string(address++);
+        SCOPED_TRACE(ip);
+        Device faulty(ip, kType, {}, 0, c.fault);
+        rqshell::CMonitorDialog r(ip, rqtest::programDir(), sink);
+        r.monitoringButton()->click();
+        EXPECT_EQ(message(n++), c.monitorText);
+        EXPECT_TRUE(r.monitoringButton()->isEnabled());
+        download.ipField()->setText(QString::fromStdString(ip));
+        download.clockButton()->click();
+        EXPECT_EQ(message(n++), c.clockText);
+    }
+    // A busy device (its update port never ready) is monitored as any other.
+    Device busy("127.47.5.9", kType, {}, 0, EmulatorFault::Busy);
+    rqshell::CMonitorDialog b(busy.ip, rqtest::programDir(), sink);
+    b.timer()->setInterval(50);
+    b.monitoringButton()->click();
+    EXPECT_TRUE(runUntil([&] { return !b.figureFields().front()->text().isEmpty(); }));
 }
 
 TEST_F(DeployDialogs, EveryToolCommandHasItsDialogAndAnUploadIsOpened) {
