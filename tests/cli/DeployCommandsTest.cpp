@@ -3,6 +3,7 @@
 // emulator (which gets the newer upgrade package first) and upload it back.
 
 #include "core/FileUtil.h"
+#include "deploy/emulator/DeviceEmulator.h"
 #include "deploy/protocol/DeviceProtocol.h"
 #include "support/TestSupport.h"
 
@@ -83,4 +84,28 @@ TEST(RqpcliDeploy, CompileBuildDownloadAndUploadTheExampleProject) {
                "Upload successfully!");
     EXPECT_EQ(readFile(dir.file("back/rtdb.xml")), readFile(demo + "/rtdb.xml"));
     EXPECT_RUN(runProgram("rqpcli", {"info", dir.file("back")}), 0, "name: demo");
+}
+
+TEST(RqpcliDeploy, TransfersDrawProgressOnlyOnATerminal) {
+    TempDir dir;
+    rq::EmulatorOptions o;
+    o.address = "127.88.1.1";
+    o.root = dir.file("root");
+    o.type = "RQ-HMI1024";
+    rq::DeviceEmulator device(o);
+    std::string error;
+    ASSERT_TRUE(device.start(&error)) << error;
+    rqtest::writeFile(dir.file("f.bin"), std::string(3u << 20, 'f'));
+    const std::string put =
+        rqtest::programDir() + "/rqpcli device put " + dir.file("f.bin") + " " + o.address;
+    // `script` gives the command a terminal.
+    const ProgramRun onTerminal = rqtest::runShell("script -qc '" + put + "' /dev/null");
+    EXPECT_EQ(onTerminal.status, 0) << onTerminal.out;
+    EXPECT_NE(onTerminal.out.find("] 100% f.bin: 3.0 MiB of 3.0 MiB"), std::string::npos)
+        << onTerminal.out;
+    const ProgramRun quiet = rqtest::runShell("script -qc '" + put + " --quiet' /dev/null");
+    EXPECT_EQ(quiet.out.find("100%"), std::string::npos) << quiet.out;
+    const ProgramRun piped = rqtest::runShell(put + " 2>&1 | cat");
+    EXPECT_EQ(piped.out.find("100%"), std::string::npos) << piped.out;
+    EXPECT_NE(piped.out.find("done"), std::string::npos) << piped.out;
 }

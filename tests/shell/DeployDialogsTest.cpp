@@ -359,6 +359,7 @@ TEST_F(DeployDialogs, StartupImageChecksTheBitmapAndDownloadsIt) {
 TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
     Device device("127.47.5.1", kType);
     rqshell::CMonitorDialog d(device.ip, rqtest::programDir(), sink);
+    EXPECT_EQ(d.timer()->interval(), 2000);
     d.timer()->setInterval(50);
     d.monitoringButton()->click();
     EXPECT_FALSE(d.monitoringButton()->isEnabled());
