@@ -8,7 +8,8 @@ JOBS       ?= 2
 CMAKE_ARGS ?=
 PACKAGES   := build-essential cmake ninja-build pkg-config libxml2-dev libxml2-utils \
               libgtest-dev libgmock-dev libbenchmark-dev libssl-dev openssl libarchive-dev \
-              qt6-base-dev qt6-base-dev-tools libgl-dev xvfb xauth gzip tar cmark
+              qt6-base-dev qt6-base-dev-tools libgl-dev xvfb xauth gzip tar cmark \
+              nlohmann-json3-dev
 # What building and checking the Debian package needs besides.
 PACKAGE_TOOLS := dpkg-dev lintian desktop-file-utils
 LAUNCHER   := $(shell command -v ccache >/dev/null 2>&1 && echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)

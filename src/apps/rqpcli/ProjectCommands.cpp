@@ -8,9 +8,9 @@
 #include "project/ProjectFlows.h"
 #include "sections/rtdb/RtdbSection.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 using namespace rqcli;
 
@@ -51,38 +51,6 @@ int runNew(const std::vector<std::string>& args) {
     return kExitOk;
 }
 
-std::string jsonString(const std::string& s) {
-    std::string out = "\"";
-    for (unsigned char c : s) {
-        switch (c) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (c < 0x20) {
-                char buf[8];
-                std::snprintf(buf, sizeof buf, "\\u%04x", c);
-                out += buf;
-            } else {
-                out += static_cast<char>(c);
-            }
-        }
-    }
-    return out + "\"";
-}
-
 int runInfo(const std::vector<std::string>& args) {
     Options opt({}, {"json"});
     int status;
@@ -106,21 +74,20 @@ int runInfo(const std::vector<std::string>& args) {
         {"include", m.include},
     };
     if (opt.flag("json")) {
-        std::cout << "{";
+        nlohmann::ordered_json out;
         for (const auto& [k, v] : fields)
-            std::cout << jsonString(k) << ": " << jsonString(v) << ", ";
-        std::cout << "\"sections\": {";
+            out[k] = v;
+        nlohmann::ordered_json& sections = out["sections"];
+        sections = nlohmann::ordered_json::object();
         for (int i = 1; i < rq::kSectionCount; ++i) {
             const rq::ConfigSection& s = project->doc.section(i);
-            std::cout << (i > 1 ? ", " : "") << jsonString(s.fileName()) << ": {";
-            bool first = true;
-            for (const auto& [k, n] : s.counts()) {
-                std::cout << (first ? "" : ", ") << jsonString(k) << ": " << n;
-                first = false;
-            }
-            std::cout << "}";
+            nlohmann::ordered_json counts = nlohmann::ordered_json::object();
+            for (const auto& [k, n] : s.counts())
+                counts[k] = n;
+            sections[s.fileName()] = std::move(counts);
         }
-        std::cout << "}}\n";
+        std::cout << out.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+                  << "\n";
         return kExitOk;
     }
     for (const auto& [k, v] : fields)
