@@ -21,6 +21,12 @@ struct ArchiveFree {
 };
 using Reader = std::unique_ptr<archive, ArchiveFree>;
 
+// The reader's reason; libarchive may have none to give.
+std::string reason(archive* a) {
+    const char* text = archive_error_string(a);
+    return text ? text : "unknown error";
+}
+
 // A reader of the whole file from its start: gzip'd tar, or (raw) one gzip stream.
 Reader openReader(int fd, bool raw, std::string* error) {
     if (::lseek(fd, 0, SEEK_SET) != 0) {
@@ -38,7 +44,7 @@ Reader openReader(int fd, bool raw, std::string* error) {
     }
     if (archive_read_open_fd(a.get(), fd, kBlock) != ARCHIVE_OK) {
         if (error)
-            *error = std::string("not a readable archive: ") + archive_error_string(a.get());
+            *error = "not a readable archive: " + reason(a.get());
         return nullptr;
     }
     return a;
@@ -125,8 +131,7 @@ bool listArchive(int fd, std::vector<std::string>& names, std::string* error) {
     }
     if (r != ARCHIVE_EOF) {
         if (error)
-            *error = std::string("not a readable archive: ") +
-                     (archive_error_string(a.get()) ? archive_error_string(a.get()) : "");
+            *error = "not a readable archive: " + reason(a.get());
         return false;
     }
     return true;
@@ -241,8 +246,7 @@ bool extractArchive(int fd, int directoryFd, std::string* error) {
         }
     }
     if (r != ARCHIVE_EOF)
-        return fail(std::string("not a readable archive: ") +
-                    (archive_error_string(a.get()) ? archive_error_string(a.get()) : ""));
+        return fail("not a readable archive: " + reason(a.get()));
     return true;
 }
 
