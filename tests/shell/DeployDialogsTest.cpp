@@ -133,7 +133,7 @@ TEST_F(DeployDialogs, DownloadBuildsThePackageAndDownloadsIt) {
     EXPECT_FALSE(d.createPackageButton()->isEnabled());
     EXPECT_EQ(message(2), "Project download successfully!");
     EXPECT_TRUE(d.quitButton()->isEnabled());
-    EXPECT_FALSE(d.statusLine()->isVisible());
+    EXPECT_TRUE(d.statusLine()->isHidden()); // the status line goes at the end
     EXPECT_TRUE(fs::exists(device.file("/home/app/rqupdate.rqp")));
 
     d.ipField()->clear();
