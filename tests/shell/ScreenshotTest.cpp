@@ -140,6 +140,8 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     rqshell::CDownloadDialog download(frame.project().doc, rqtest::programDir(), sink);
     download.progressBar()->setValue(40);
     download.progressText()->setText("rqupdate.rqp: 25.6 MiB of 64.0 MiB, 88.2 MiB/s");
+    download.statusLine()->setText("Downloading, please waiting...");
+    download.statusLine()->show();
     save(download, "download-project");
     rqshell::CUploadDialog upload(m.projectDirectory, m.slaveIp, rqtest::programDir(), sink);
     upload.pathField()->setText("/home/engineer/projects");
