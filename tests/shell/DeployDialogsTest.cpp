@@ -135,6 +135,12 @@ TEST_F(DeployDialogs, DownloadBuildsThePackageAndDownloadsIt) {
     EXPECT_TRUE(d.quitButton()->isEnabled());
     EXPECT_TRUE(d.statusLine()->isHidden()); // the status line goes at the end
     EXPECT_TRUE(fs::exists(device.file("/home/app/rqupdate.rqp")));
+    // A device without a version file got the program directory's upgrade first.
+    auto upgrade = rq::newestUpgradePackage(rqtest::programDir());
+    ASSERT_TRUE(upgrade);
+    EXPECT_NE(
+        rqtest::readFile(device.file("/home/app/version")).find(std::to_string(upgrade->date)),
+        std::string::npos);
 
     d.ipField()->clear();
     d.clockButton()->click();
