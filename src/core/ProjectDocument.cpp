@@ -13,13 +13,44 @@ namespace rq {
 
 ProjectDocument::ProjectDocument(const Catalogs& catalogs, MessageSink& sink,
                                  std::array<ConfigSection*, kSectionCount - 1> sections)
-    : catalogs_(catalogs), sink_(sink), sections_(sections) {}
+    : catalogs_(catalogs), sink_(sink), sections_(sections) {
+    // Every step (done, undone or redone) edits its section since the open.
+    history_.setListener([this](const EditCommand& c) {
+        model_.modified = true;
+        markSectionEdited(c.section());
+    });
+    markSaved();
+}
 
 void ProjectDocument::clear() {
     for (ConfigSection* s : sections_)
         s->clear();
     model_ = ProjectModel{};
     forgetFileStates();
+    markSaved();
+}
+
+void ProjectDocument::markSaved() {
+    history_.clear();
+    savedProjectText_ = sectionText(0);
+}
+
+EditCommand* ProjectDocument::undo() {
+    EditCommand* c = history_.undo();
+    if (c)
+        updateModified();
+    return c;
+}
+
+EditCommand* ProjectDocument::redo() {
+    EditCommand* c = history_.redo();
+    if (c)
+        updateModified();
+    return c;
+}
+
+void ProjectDocument::updateModified() {
+    model_.modified = !history_.isClean() || sectionText(0) != savedProjectText_;
 }
 
 void ProjectDocument::forgetFileStates() {
@@ -112,6 +143,7 @@ bool ProjectDocument::open(const std::string& directory, std::string* error, Ope
     }
     model_.projectDirectory = dir;
     model_.modified = false;
+    markSaved();
     return true;
 }
 
@@ -191,6 +223,13 @@ SaveReport ProjectDocument::saveAll() {
         }
     }
     model_.modified = false;
+    // A file that was not written does not hold this state: undoing back to it
+    // must not make the project look saved.
+    if (report.failures.empty())
+        history_.setClean();
+    else
+        history_.leaveClean();
+    savedProjectText_ = sectionText(0);
     return report;
 }
 

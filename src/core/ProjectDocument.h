@@ -7,8 +7,10 @@
 #include "core/MessageSink.h"
 #include "core/ProjectModel.h"
 #include "core/SectionTable.h"
+#include "core/UndoHistory.h"
 
 #include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -86,18 +88,34 @@ public:
     // The text of one file as Save writes it (UTF-8, before the device code page).
     std::string sectionText(int index) const;
 
+    // The project's edit history. Opening and New clear it, Save marks it clean.
+    // The section commands push their steps on it; every step marks the project
+    // modified.
+    UndoHistory& history() { return history_; }
+    const UndoHistory& history() const { return history_; }
+    // Undo and Redo of the latest step (null when there is none). Back at the
+    // saved state, with the project's own fields as saved, the project is no
+    // longer modified.
+    EditCommand* undo();
+    EditCommand* redo();
+
 private:
     const Catalogs& catalogs_;
     MessageSink& sink_;
     void forgetFileStates();
 
     std::array<ConfigSection*, kSectionCount - 1> sections_;
+    void updateModified();
+    void markSaved();
+
     ProjectModel model_;
     std::array<std::string, kSectionCount> unreadableReason_;
     std::array<bool, kSectionCount> edited_{};
     std::vector<std::string> unreadable_;
     std::vector<DroppedRecord> dropped_;
     std::vector<DroppedRecord>* collectDropped_ = nullptr;
+    UndoHistory history_;
+    std::string savedProjectText_; // the project file as last saved or opened
 };
 
 } // namespace rq

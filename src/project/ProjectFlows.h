@@ -5,6 +5,7 @@
 // the user through ProjectDialogHost and the message sink, so every flow runs in
 // tests with a scripted host.
 
+#include "core/CommandIds.h"
 #include "core/CommandLine.h"
 #include "core/MessageSink.h"
 #include "core/ProjectDocument.h"
@@ -158,51 +159,6 @@ private:
 } // namespace rq
 
 namespace rq {
-
-// The command numbers of the main menu and of the section commands, and which
-// section object handles each section command.
-namespace cmd {
-inline constexpr int kNew = 57600;
-inline constexpr int kOpen = 57601;
-inline constexpr int kSave = 57603;
-inline constexpr int kProperty = 32809;
-inline constexpr int kRecentFile = 57616;
-inline constexpr int kQuit = 57665;
-inline constexpr int kViewToolbar = 59392;
-inline constexpr int kViewStatusBar = 59393;
-inline constexpr int kViewProjectManager = 103;
-inline constexpr int kViewMenuBar = 32771;
-inline constexpr int kCompile = 32823;
-inline constexpr int kOfflineSimulation = 32824;
-inline constexpr int kOnlineSimulation = 32875;
-inline constexpr int kDownloadProject = 32871;
-inline constexpr int kUploadProject = 32872;
-inline constexpr int kDownloadPackage = 3;
-inline constexpr int kDownloadStartupImage = 32873;
-inline constexpr int kMonitor = 32915;
-inline constexpr int kAlarmConfiguration = 32856;
-inline constexpr int kRedundantConfiguration = 32863;
-inline constexpr int kPrintConfiguration = 32911;
-inline constexpr int kAbout = 57664;
-// Help > User Guide: this program's own command (the guide rendered from docs/).
-inline constexpr int kUserGuide = 32990;
-
-// Real-time database.
-inline constexpr int kNewDataGroup = 32802;
-inline constexpr int kDeleteDataGroup = 32803;
-inline constexpr int kModifyDatabase = 32806;
-inline constexpr int kNewDatabase = 32807;
-inline constexpr int kDeleteDatabase = 32808;
-inline constexpr int kNewData = 32810;
-inline constexpr int kDeleteData = 32811;
-inline constexpr int kModifyData = 32812;
-inline constexpr int kBatchData = 32906;
-// Function blocks.
-inline constexpr int kNewFbd = 32864;
-inline constexpr int kDeleteFbd = 32865;
-inline constexpr int kFbdConfiguration = 32866;
-inline constexpr int kFbdModifyParameter = 32868;
-} // namespace cmd
 
 enum class SectionObject {
     None,

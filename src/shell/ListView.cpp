@@ -1,6 +1,7 @@
 #include "shell/ListView.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <algorithm>
 
 namespace rqshell {
@@ -80,34 +81,64 @@ CRQPDevView::CRQPDevView(QWidget* parent) : QTableView(parent), model_(new Secti
     horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
     horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(true);
+    setAccessibleName(QStringLiteral("list"));
     connect(this, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& pos) { Q_EMIT rightClicked(viewport()->mapToGlobal(pos)); });
     connect(this, &QAbstractItemView::doubleClicked, this, [this] { Q_EMIT rowDoubleClicked(); });
 }
 
-void CRQPDevView::applyColumnWidths() {
+void CRQPDevView::applyColumnWidths(bool fit) {
     const auto& cols = model_->columns();
     for (int i = 0; i < static_cast<int>(cols.size()); ++i) {
         int w = cols[static_cast<std::size_t>(i)].width;
         setColumnHidden(i, w == 0);
-        if (w > 0)
-            setColumnWidth(i, w);
+        if (w <= 0)
+            continue;
+        if (fit) {
+            // The header and the rows in view decide; a long list is not measured
+            // row by row.
+            int content = std::max(sizeHintForColumn(i), horizontalHeader()->sectionSizeHint(i));
+            w = std::max(w, content);
+        }
+        setColumnWidth(i, w);
     }
 }
 
 void CRQPDevView::show(std::vector<ListColumn> columns, SectionListModel::RowCount rows,
-                       SectionListModel::Cell cell) {
+                       SectionListModel::Cell cell, int kind) {
+    const bool sameColumns = kind == shownKind_ && columns.size() == model_->columns().size();
     model_->show(std::move(columns), std::move(rows), std::move(cell));
-    applyColumnWidths();
+    if (!sameColumns)
+        applyColumnWidths(true);
+    shownKind_ = kind;
 }
 
 void CRQPDevView::showEmpty() {
     model_->clear();
+    shownKind_ = -1;
 }
 
 void CRQPDevView::refresh() {
     model_->refresh();
-    applyColumnWidths();
+}
+
+void CRQPDevView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Insert:
+    case Qt::Key_Delete:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier) {
+            Q_EMIT keyCommand(event->key());
+            event->accept();
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    QTableView::keyPressEvent(event);
 }
 
 std::vector<std::size_t> CRQPDevView::selectedRows() const {

@@ -54,8 +54,10 @@ public:
     explicit CRQPDevView(QWidget* parent = nullptr);
 
     SectionListModel& listModel() { return *model_; }
+    // `kind`: the kind of node shown; when it differs from the last one the columns
+    // are set again and fitted to their content (never narrower than declared).
     void show(std::vector<ListColumn> columns, SectionListModel::RowCount rows,
-              SectionListModel::Cell cell);
+              SectionListModel::Cell cell, int kind = 0);
     void showEmpty();
     void refresh();
     // Selected rows in increasing order.
@@ -64,9 +66,15 @@ public:
 Q_SIGNALS:
     void rightClicked(const QPoint& globalPos);
     void rowDoubleClicked();
+    // Insert, Enter or Delete pressed in the list.
+    void keyCommand(int key);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void applyColumnWidths();
+    void applyColumnWidths(bool fit);
+    int shownKind_ = -1;
     SectionListModel* model_;
 };
 

@@ -1,8 +1,9 @@
 #include "shell/MainWindow.h"
 
 #include "core/FileUtil.h"
-#include "sections/rtdb/ui/RtdbTreeSection.h"
 #include "shell/DeployDialogs.h"
+#include "sections/rtdb/ui/RtdbEditorUi.h"
+#include "shell/EditorEnv.h"
 #include "shell/ListView.h"
 #include "shell/ProjectDialogs.h"
 #include "shell/ProjectTree.h"
@@ -93,15 +94,9 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     createToolBar();
     createStatusBar();
 
-    // The real-time database editor's changes mark its section (index 1) edited, so
-    // that Save knows which sections the user changed since the open.
-    ShellContext ctx{*tree_, *view_, *sink_, this, [this] {
-                         project_->doc.markSectionEdited(1);
-                         markModified();
-                     }};
-    auto rtdb = std::make_unique<RtdbTreeSection>(project_->rtdb, ctx);
-    rtdb_ = rtdb.get();
-    registerSection(std::move(rtdb));
+    // The section editors, one line each.
+    const EditorEnv env{*project_, *sink_, this, catalogs_, programDir_};
+    registerEditor(FixedNode::RealtimeDatabase, rq::SectionObject::Rtdb, makeRtdbEditor(env));
 
     struct Pending {
         FixedNode node;
@@ -138,6 +133,25 @@ CMainFrame::~CMainFrame() {
     tree_ = nullptr;
 }
 
+ShellContext CMainFrame::shellContext() {
+    return ShellContext{*tree_,
+                        *view_,
+                        *sink_,
+                        this,
+                        [this] { markModified(); },
+                        [this](int command) { runCommand(command); }};
+}
+
+void CMainFrame::registerEditor(FixedNode node, rq::SectionObject object,
+                                std::unique_ptr<rq::SectionEditor> editor) {
+    registerSection(
+        std::make_unique<EditorTreeSection>(object, node, std::move(editor), shellContext()));
+}
+
+EditorTreeSection* CMainFrame::editorSection(rq::SectionObject object) const {
+    return dynamic_cast<EditorTreeSection*>(sectionFor(object));
+}
+
 void CMainFrame::registerSection(std::unique_ptr<ShellSection> section) {
     sections_.push_back(std::move(section));
     updateCommandStates();
@@ -168,6 +182,14 @@ void CMainFrame::createTree() {
         if (TreeNodeHandler* h = tree_->selectedHandler())
             h->OnListDoubleClick(tree_->currentItem());
     });
+    connect(view_, &CRQPDevView::keyCommand, this, [this](int key) {
+        TreeNodeHandler* h = tree_->selectedHandler();
+        if (!h)
+            return;
+        h->OnListKey(tree_->currentItem(), key == Qt::Key_Insert   ? ListKey::Add
+                                           : key == Qt::Key_Delete ? ListKey::Delete
+                                                                   : ListKey::Modify);
+    });
 }
 
 QAction* CMainFrame::makeAction(const MenuEntry& entry, QObject* owner) {
@@ -182,6 +204,8 @@ QAction* CMainFrame::makeAction(const MenuEntry& entry, QObject* owner) {
     a->setData(command);
     if (!key.empty())
         a->setShortcut(QKeySequence(qs(key)));
+    if (command == rq::cmd::kRedo)
+        a->setShortcuts({QKeySequence(qs(key)), QKeySequence(QStringLiteral("Ctrl+Shift+Z"))});
     CommandPrompt prompt = commandPrompt(command);
     if (!prompt.status.empty())
         a->setStatusTip(qs(prompt.status));
@@ -267,6 +291,9 @@ void CMainFrame::createToolBar() {
         {rq::cmd::kOpen, QStyle::SP_DialogOpenButton},
         {rq::cmd::kSave, QStyle::SP_DialogSaveButton},
         {0, {}},
+        {rq::cmd::kUndo, QStyle::SP_ArrowBack},
+        {rq::cmd::kRedo, QStyle::SP_ArrowForward},
+        {0, {}},
         {rq::cmd::kProperty, QStyle::SP_FileDialogDetailedView},
         {0, {}},
         {rq::cmd::kCompile, QStyle::SP_BrowserReload},
@@ -317,6 +344,10 @@ void CMainFrame::createStatusBar() {
 bool CMainFrame::commandEnabled(int command) const {
     if (isProgramCommand(command))
         return true;
+    if (command == rq::cmd::kUndo)
+        return project_->doc.history().canUndo();
+    if (command == rq::cmd::kRedo)
+        return project_->doc.history().canRedo();
     if (command >= kFirstRecent && command < kFirstRecent + kRecentCount)
         return command - kFirstRecent < recentFiles().size();
     rq::SectionObject object = rq::sectionOfCommand(command);
@@ -338,6 +369,12 @@ void CMainFrame::updateCommandStates() {
     }
     for (QAction* a : keyActions_)
         a->setEnabled(commandEnabled(a->data().toInt()));
+    // Undo and Redo name the step they would take.
+    const rq::UndoHistory& history = project_->doc.history();
+    if (QAction* a = action(rq::cmd::kUndo))
+        a->setText(qs(history.undoText()));
+    if (QAction* a = action(rq::cmd::kRedo))
+        a->setText(qs(history.redoText()));
     if (toolBar_) {
         actions_[rq::cmd::kViewToolbar]->setChecked(!toolBar_->isHidden());
         actions_[rq::cmd::kViewStatusBar]->setChecked(!statusBar()->isHidden());
@@ -422,6 +459,10 @@ void CMainFrame::runCommand(int command) {
     case rq::cmd::kQuit:
         close();
         return;
+    case rq::cmd::kUndo:
+    case rq::cmd::kRedo:
+        undoRedo(command);
+        break;
     case rq::cmd::kViewToolbar:
         toolBar_->setVisible(toolBar_->isHidden());
         break;
@@ -533,9 +574,19 @@ void CMainFrame::openUserGuide() {
                            rq::MessageIcon::Stop);
 }
 
+void CMainFrame::undoRedo(int command) {
+    rq::ProjectDocument& doc = project_->doc;
+    if (!(command == rq::cmd::kUndo ? doc.undo() : doc.redo()))
+        return;
+    for (const auto& section : sections_)
+        section->historyChanged();
+    updateTitle();
+}
+
 void CMainFrame::markModified() {
     project_->model().modified = true;
     updateTitle();
+    updateCommandStates();
 }
 
 void CMainFrame::updateTitle() {

@@ -5,9 +5,12 @@
 
 #include "core/Catalogs.h"
 #include "core/CommandLine.h"
+#include "core/SectionEditor.h"
 #include "project/Project.h"
 #include "project/ProjectFlows.h"
+#include "shell/EditorTreeSection.h"
 #include "shell/MenuResources.h"
+#include "shell/ProjectTree.h"
 #include "shell/QtMessageSink.h"
 #include "shell/ShellSection.h"
 #include "shell/TreeNodeHandler.h"
@@ -28,7 +31,7 @@ namespace rqshell {
 
 class CPrjTree;
 class CRQPDevView;
-class RtdbTreeSection;
+class EditorTreeSection;
 
 class CMainFrame : public QMainWindow, public rq::ProjectDialogHost {
     Q_OBJECT
@@ -45,7 +48,10 @@ public:
     CRQPDevView& view() const { return *view_; }
     QDockWidget* treeBar() const { return treeBar_; }
     QToolBar* toolBar() const { return toolBar_; }
-    RtdbTreeSection& rtdbSection() const { return *rtdb_; }
+    // The shell part of a section editor; null when the section has none.
+    EditorTreeSection* editorSection(rq::SectionObject object) const;
+    // The section editor of a section (tests replace its dialogs).
+    template <class Editor> Editor& editor(rq::SectionObject object) const;
 
     // Routes a command number as the menus, the tool bar and the keys do.
     void runCommand(int command);
@@ -68,6 +74,9 @@ public:
 
     // Adds a section object; its commands become available.
     void registerSection(std::unique_ptr<ShellSection> section);
+    // Adds a section editor of the shared base on its fixed node.
+    void registerEditor(FixedNode node, rq::SectionObject object,
+                        std::unique_ptr<rq::SectionEditor> editor);
 
     // Opens a project directory (command line, recent list).
     bool openProjectDirectory(const QString& dir);
@@ -105,6 +114,8 @@ private:
     // Help > User Guide: the rendered guide in the desktop's web browser.
     void openUserGuide();
     void runDeployDialog(int command);
+    void undoRedo(int command);
+    ShellContext shellContext();
     void updateTitle();
     void saveLayout();
     ShellSection* sectionFor(rq::SectionObject object) const;
@@ -131,8 +142,11 @@ private:
 
     std::vector<QAction*> keyActions_; // F5, F9, F10 and tool-bar-only actions
     std::vector<std::unique_ptr<ShellSection>> sections_;
-    RtdbTreeSection* rtdb_ = nullptr;
     std::vector<std::unique_ptr<TreeNodeHandler>> pendingHandlers_;
 };
+
+template <class Editor> Editor& CMainFrame::editor(rq::SectionObject object) const {
+    return dynamic_cast<Editor&>(editorSection(object)->editor());
+}
 
 } // namespace rqshell

@@ -22,8 +22,9 @@ const std::vector<MenuEntry>& mainMenu() {
     static const std::vector<MenuEntry> menu = {
         popup("Project(&P)",
               {item("New(&N)\tCtrl+N", 57600), item("Open(&O)...\tCtrl+O", 57601),
-               item("Save(&S)\tCtrl+S", 57603), separator(), item("Property...", 32809),
-               separator(), item("Recent File", 57616), separator(), item("Quit(&X)", 57665)}),
+               item("Save(&S)\tCtrl+S", 57603), item("Undo\tCtrl+Z", 57643),
+               item("Redo\tCtrl+Y", 57644), separator(), item("Property...", 32809), separator(),
+               item("Recent File", 57616), separator(), item("Quit(&X)", 57665)}),
         popup("View(&V)", {item("Toolbar(&T)", 59392), item("Status Bar(&S)", 59393),
                            item("Project Manager", 103)}),
         popup("Tool(&T)",

@@ -22,6 +22,8 @@ struct ShellContext {
     rq::MessageSink& sink;
     QWidget* dialogParent;
     std::function<void()> markModified;
+    // Runs a command as the menus do (enabled state included).
+    std::function<void(int)> runCommand;
 };
 
 class ShellSection {
@@ -34,6 +36,9 @@ public:
     virtual void rebuildNodes() = 0;
     // Runs one of the section's commands (sectionOfCommand(command) == object()).
     virtual void runCommand(int command) = 0;
+    // A step of the history was undone or redone: the nodes and the list are shown
+    // again from the model.
+    virtual void historyChanged() { rebuildNodes(); }
 };
 
 } // namespace rqshell

@@ -7,6 +7,9 @@ class QString;
 
 namespace rqshell {
 
+// The keys of the main list that the selected node's section acts on.
+enum class ListKey { Add, Modify, Delete };
+
 class TreeNodeHandler {
 public:
     virtual ~TreeNodeHandler() = default;
@@ -23,6 +26,8 @@ public:
     virtual void OnSelect(QTreeWidgetItem* item) = 0;
     // A double-click in the main list view while the node is selected.
     virtual void OnListDoubleClick(QTreeWidgetItem* item) {}
+    // Insert, Enter or Delete in the main list while the node is selected.
+    virtual void OnListKey(QTreeWidgetItem* item, ListKey key) {}
 };
 
 } // namespace rqshell

@@ -279,3 +279,61 @@ TEST(ProjectDocument, WhatTheReadersLeaveOutIsRecorded) {
         EXPECT_EQ(lines[i].find(expected[i]), 0u) << lines[i];
     EXPECT_TRUE(q.doc.unreadableFiles().empty());
 }
+
+namespace {
+// A step that sets the project's database list to one more database.
+struct AddDb : EditCommand {
+    AddDb(RtdbSection& r, std::string n)
+        : EditCommand("Add " + n, 1), rtdb(r), name(std::move(n)) {}
+    void redo() override { rtdb.root().addDatabase(name); }
+    void undo() override { rtdb.root().removeChild(rtdb.databaseCount() - 1); }
+    RtdbSection& rtdb;
+    std::string name;
+};
+} // namespace
+
+// The history follows the saved state: undoing back to it clears `modified`, a
+// new step after undoing past it makes it unreachable, open and New clear it, and
+// a change of the project's own fields keeps the project modified.
+TEST(ProjectDocument, HistoryFollowsTheSavedState) {
+    Fixture f;
+    TempDir dir;
+    makeProject(f, dir, "p");
+    Project p(f.catalogs, f.sink);
+    std::string error;
+    ASSERT_TRUE(p.doc.open(dir.file("p"), &error)) << error;
+    UndoHistory& h = p.doc.history();
+    h.push(std::make_unique<AddDb>(p.rtdb, "a"));
+    EXPECT_TRUE(p.model().modified);
+    EXPECT_EQ(h.undoText(), "Undo Add a");
+    p.doc.undo();
+    EXPECT_FALSE(p.model().modified);
+    EXPECT_EQ(h.redoText(), "Redo Add a");
+    p.doc.redo();
+    ASSERT_TRUE(p.doc.saveAll().ok());
+    h.push(std::make_unique<AddDb>(p.rtdb, "b"));
+    p.doc.undo();
+    EXPECT_FALSE(p.model().modified); // back at the save, which holds "a"
+    p.doc.undo();
+    EXPECT_TRUE(p.model().modified);
+    h.push(std::make_unique<AddDb>(p.rtdb, "c")); // "b" and the saved step are gone
+    EXPECT_FALSE(h.canRedo());
+    p.doc.undo();
+    EXPECT_TRUE(p.model().modified);
+    EXPECT_EQ(p.rtdb.databaseCount(), 0u);
+
+    p.doc.redo();
+    p.model().description = "changed outside the history";
+    ASSERT_TRUE(p.doc.saveAll().ok());
+    p.model().description = "again";
+    h.push(std::make_unique<AddDb>(p.rtdb, "d"));
+    p.doc.undo();
+    EXPECT_TRUE(p.model().modified);
+
+    ASSERT_TRUE(p.doc.open(dir.file("p"), &error)) << error;
+    EXPECT_FALSE(h.canUndo());
+    EXPECT_EQ(h.undoText(), "Undo");
+    h.push(std::make_unique<AddDb>(p.rtdb, "e"));
+    p.doc.clear();
+    EXPECT_FALSE(h.canUndo() || h.canRedo());
+}

@@ -4,7 +4,7 @@
 
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
-#include "sections/rtdb/ui/RtdbTreeSection.h"
+#include "sections/rtdb/ui/RtdbEditorUi.h"
 #include "shell/Application.h"
 #include "shell/DeployDialogs.h"
 #include "shell/ListView.h"

@@ -1,6 +1,6 @@
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
-#include "sections/rtdb/ui/RtdbTreeSection.h"
+#include "sections/rtdb/ui/RtdbEditorUi.h"
 #include "shell/Application.h"
 #include "shell/ListView.h"
 #include "shell/MainWindow.h"
@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -38,6 +39,11 @@ QApplication& app() {
 
 std::string str(const QString& s) {
     return s.toUtf8().toStdString();
+}
+
+void press(QWidget& w, int key) {
+    QKeyEvent e(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(&w, &e);
 }
 
 struct Fixture : ::testing::Test {
@@ -88,7 +94,8 @@ TEST_F(MainWindowTest, MainMenuEntriesCommandsShortcutsAndStates) {
 
     EXPECT_EQ(entries("Project(&P)"),
               (std::vector<std::string>{"New(&N)|57600|Ctrl+N|on", "Open(&O)...|57601|Ctrl+O|on",
-                                        "Save(&S)|57603|Ctrl+S|on", "Property...|32809||on",
+                                        "Save(&S)|57603|Ctrl+S|on", "Undo|57643|Ctrl+Z|off",
+                                        "Redo|57644|Ctrl+Y|off", "Property...|32809||on",
                                         "Recent File|57616||off", "Quit(&X)|57665||on"}));
     EXPECT_EQ(entries("View(&V)"),
               (std::vector<std::string>{"Toolbar(&T)|59392||on", "Status Bar(&S)|59393||on",
@@ -445,7 +452,7 @@ struct ScriptedRtdbDialogs : rq::RtdbDialogHost {
 
 TEST_F(MainWindowTest, RealtimeDatabaseEditsThroughTreeAndList) {
     ScriptedRtdbDialogs dialogs;
-    frame.rtdbSection().setDialogHost(&dialogs);
+    frame.editor<rq::RtdbSectionEditor>(rq::SectionObject::Rtdb).setDialogHost(&dialogs);
     rqshell::CPrjTree& tree = frame.tree();
     tree.setCurrentItem(tree.fixedNode(FixedNode::RealtimeDatabase));
 
@@ -472,6 +479,40 @@ TEST_F(MainWindowTest, RealtimeDatabaseEditsThroughTreeAndList) {
     EXPECT_EQ(str(list.text(0, 1)), "float");
     EXPECT_EQ(str(list.headerData(3, Qt::Horizontal, Qt::DisplayRole).toString()), "initial value");
 
+    // Undo and Redo name the step, take it back and forth, and follow the saved state.
+    QAction* undo = frame.action(57643);
+    QAction* redo = frame.action(57644);
+    EXPECT_EQ(str(undo->text()), "Undo Add Data");
+    EXPECT_TRUE(undo->isEnabled());
+    EXPECT_FALSE(redo->isEnabled());
+    EXPECT_EQ(redo->shortcuts().size(), 2);
+    frame.runCommand(57643);
+    EXPECT_EQ(list.rowCount(), 0);
+    EXPECT_EQ(tree.currentItem(), db);
+    EXPECT_EQ(str(redo->text()), "Redo Add Data");
+    frame.runCommand(57643);
+    frame.runCommand(57643); // nothing left: the database was the first step
+    EXPECT_EQ(tree.fixedNode(FixedNode::RealtimeDatabase)->childCount(), 0);
+    EXPECT_FALSE(frame.project().model().modified);
+    EXPECT_FALSE(undo->isEnabled());
+    frame.runCommand(57644);
+    frame.runCommand(57644);
+    db = tree.fixedNode(FixedNode::RealtimeDatabase)->child(0);
+    tree.setCurrentItem(db);
+    ASSERT_EQ(list.rowCount(), 1);
+    EXPECT_TRUE(frame.project().model().modified);
+
+    // The list's keys: Enter modifies the first selected row, Insert adds.
+    d.name = "t2";
+    dialogs.data = {d, d};
+    frame.view().selectRow(0);
+    press(frame.view(), Qt::Key_Return);
+    EXPECT_EQ(str(list.text(0, 0)), "t2");
+    d.name = "t3";
+    dialogs.data = {d};
+    press(frame.view(), Qt::Key_Insert);
+    EXPECT_EQ(list.rowCount(), 2);
+
     // Renaming a database to a used name is refused; a free name is taken.
     dialogs.databases = {{"db2", false}};
     tree.setCurrentItem(tree.fixedNode(FixedNode::RealtimeDatabase));
@@ -490,9 +531,9 @@ TEST_F(MainWindowTest, RealtimeDatabaseEditsThroughTreeAndList) {
     EXPECT_TRUE(sink.entries.empty());
     frame.view().selectRow(0);
     sink.answers = {true};
-    frame.runCommand(32811);
+    press(frame.view(), Qt::Key_Delete);
     EXPECT_EQ(sink.texts(), std::vector<std::string>{"Are you sure to delete current data ?"});
-    EXPECT_EQ(list.rowCount(), 0);
+    EXPECT_EQ(list.rowCount(), 1);
 
     // Emptying the tree on New leaves the fixed nodes only.
     frame.projectCleared();

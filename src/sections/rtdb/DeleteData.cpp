@@ -1,4 +1,6 @@
+#include "core/SectionEditor.h"
 #include "sections/rtdb/RtdbCommands.h"
+#include "sections/rtdb/RtdbEdits.h"
 
 namespace rq {
 
@@ -6,14 +8,17 @@ RtdbEditResult deleteData(const RtdbEditor& ed, DataNode* selected,
                           const std::vector<std::size_t>& rows) {
     if (!selected || !(selected->isDatabase() || selected->isGroup()) || rows.empty())
         return {};
-    if (!ed.sink.askOkCancel(rtdbtext::kDeleteData))
+    if (!confirmDelete(ed.sink, rtdbtext::kDeleteData))
         return {};
     std::vector<std::string> names;
     names.reserve(rows.size());
     for (std::size_t row : rows)
         if (row < selected->itemCount())
             names.push_back(selected->item(row).name);
-    return {selected->removeItemsNamed(names) > 0, nullptr};
+    if (names.empty())
+        return {};
+    ed.history.push(std::make_unique<RemoveDataItems>("Delete Data", *selected, std::move(names)));
+    return {true, nullptr};
 }
 
 } // namespace rq

@@ -1,13 +1,15 @@
+#include "core/SectionEditor.h"
 #include "sections/rtdb/RtdbCommands.h"
+#include "sections/rtdb/RtdbEdits.h"
 
 namespace rq {
 
 RtdbEditResult deleteDataGroup(const RtdbEditor& ed, DataNode* selected) {
     if (!selected || !selected->isGroup() || !selected->parent())
         return {};
-    if (!ed.sink.askOkCancel(rtdbtext::kDeleteGroup))
+    if (!confirmDelete(ed.sink, rtdbtext::kDeleteGroup))
         return {};
-    selected->parent()->removeChild(selected);
+    ed.history.push(std::make_unique<RemoveDataNode>("Delete Data Group", *selected));
     return {true, nullptr};
 }
 

@@ -1,13 +1,15 @@
+#include "core/SectionEditor.h"
 #include "sections/rtdb/RtdbCommands.h"
+#include "sections/rtdb/RtdbEdits.h"
 
 namespace rq {
 
 RtdbEditResult deleteDatabase(const RtdbEditor& ed, DataNode* selected) {
     if (!selected || !selected->isDatabase())
         return {};
-    if (!ed.sink.askOkCancel(rtdbtext::kDeleteDatabase))
+    if (!confirmDelete(ed.sink, rtdbtext::kDeleteDatabase))
         return {};
-    ed.rtdb.root().removeChild(selected);
+    ed.history.push(std::make_unique<RemoveDataNode>("Delete Database", *selected));
     return {true, nullptr};
 }
 

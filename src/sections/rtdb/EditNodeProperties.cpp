@@ -1,29 +1,52 @@
+#include "core/SectionEditor.h"
 #include "sections/rtdb/RtdbCommands.h"
+#include "sections/rtdb/RtdbEdits.h"
 
 namespace rq {
 
+namespace {
+
+bool otherDatabaseNamed(const RtdbSection& rtdb, const DataNode& node, const std::string& name) {
+    for (const auto& db : rtdb.root().children())
+        if (db.get() != &node && db->name() == name)
+            return true;
+    return false;
+}
+
+} // namespace
+
 RtdbEditResult editNodeProperties(const RtdbEditor& ed, DataNode* selected) {
-    if (!selected)
+    if (!selected || !(selected->isDatabase() || selected->isGroup()))
         return {};
+    DatabaseForm form{selected->name(), selected->sync()};
+    bool accepted = false;
     if (selected->isDatabase()) {
-        DatabaseForm form{selected->name(), selected->sync()};
-        if (!askDatabaseForm(ed, form) || form.name.empty())
-            return {};
-        bool changed = form.name != selected->name() || form.sync != selected->sync();
-        selected->setName(std::move(form.name));
-        selected->setSync(form.sync);
-        return {changed, nullptr};
+        accepted = askUntilAccepted(
+            ed.sink, form, [&](DatabaseForm& f) { return askDatabaseForm(ed, f); },
+            [&](const DatabaseForm& f) -> std::optional<std::string> {
+                if (!f.name.empty() && otherDatabaseNamed(ed.rtdb, *selected, f.name))
+                    return std::string(rtdbtext::kDatabaseExists);
+                return std::nullopt;
+            });
+    } else {
+        DataGroupForm group{form.name};
+        accepted = askUntilAccepted(
+            ed.sink, group, [&](DataGroupForm& f) { return askDataGroupForm(ed, f); },
+            [&](const DataGroupForm& f) -> std::optional<std::string> {
+                if (!f.name.empty() && f.name != selected->name() && selected->nameInUse(f.name))
+                    return std::string(rtdbtext::kGroupExists);
+                return std::nullopt;
+            });
+        form.name = group.name;
     }
-    if (selected->isGroup()) {
-        DataGroupForm form{selected->name()};
-        if (!askDataGroupForm(ed, form) || form.name.empty())
-            return {};
-        bool changed = form.name != selected->name();
-        if (changed)
-            selected->setName(std::move(form.name));
-        return {changed, nullptr};
-    }
-    return {};
+    if (!accepted || form.name.empty())
+        return {};
+    if (form.name == selected->name() && form.sync == selected->sync())
+        return {};
+    ed.history.push(std::make_unique<ChangeNodeProperties>(
+        selected->isDatabase() ? "Modify Database" : "Modify Data Group", *selected,
+        std::move(form.name), form.sync));
+    return {true, nullptr};
 }
 
 } // namespace rq

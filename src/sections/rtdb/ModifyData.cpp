@@ -1,26 +1,35 @@
-#include "sections/rtdb/RtdbCommands.h"
-
 #include "core/DataTypes.h"
-
-#include <algorithm>
+#include "core/SectionEditor.h"
+#include "sections/rtdb/RtdbCommands.h"
+#include "sections/rtdb/RtdbEdits.h"
 
 namespace rq {
 
 RtdbEditResult modifyData(const RtdbEditor& ed, DataNode* selected,
                           const std::vector<std::size_t>& rows) {
-    if (!selected || !(selected->isDatabase() || selected->isGroup()) || rows.empty())
+    if (!selected || !(selected->isDatabase() || selected->isGroup()))
         return {};
-    std::size_t row = *std::min_element(rows.begin(), rows.end());
-    if (row >= selected->itemCount())
+    std::optional<std::size_t> row = firstSelectedRow(rows, selected->itemCount());
+    if (!row)
         return {};
     // The item is found by the name that the row shows.
-    int index = selected->findItem(selected->item(row).name);
+    const std::string shown = selected->item(*row).name;
+    int index = selected->findItem(shown);
     if (index < 0)
         return {};
-    DataForm form = dataFormFromItem(selected->item(row));
-    if (!ed.dialogs.dataDialog(form))
+    DataForm form = dataFormFromItem(selected->item(*row));
+    auto show = [&](DataForm& f) { return ed.dialogs.dataDialog(f); };
+    // Two records of one name make a database the runtime cannot load: a new name
+    // that the database uses already is refused like a duplicate add.
+    auto refuse = [&](const DataForm& f) -> std::optional<std::string> {
+        if (f.name != shown && selected->nameInUse(f.name))
+            return std::string(rtdbtext::kDataExists);
+        return std::nullopt;
+    };
+    if (!askUntilAccepted(ed.sink, form, show, refuse))
         return {};
-    DataItem item = selected->item(static_cast<std::size_t>(index));
+    const std::size_t at = static_cast<std::size_t>(index);
+    DataItem item = selected->item(at);
     item.name = form.name;
     if (form.alias) {
         item.kind = DataItemKind::Alias;
@@ -32,9 +41,11 @@ RtdbEditResult modifyData(const RtdbEditor& ed, DataNode* selected,
         item.init = form.init;
         item.description = form.description;
     }
-    bool changed = !(item == selected->item(static_cast<std::size_t>(index)));
-    selected->setItem(static_cast<std::size_t>(index), std::move(item));
-    return {changed, nullptr};
+    if (item == selected->item(at))
+        return {};
+    ed.history.push(
+        std::make_unique<ReplaceDataItem>("Modify Data", *selected, at, std::move(item)));
+    return {true, nullptr};
 }
 
 } // namespace rq

@@ -1,4 +1,5 @@
 #include "sections/rtdb/RtdbCommands.h"
+#include "sections/rtdb/RtdbEdits.h"
 
 namespace rq {
 
@@ -35,7 +36,10 @@ bool checkNodeLabel(const RtdbEditor& ed, const DataNode& node, const std::strin
 bool renameNodeLabel(const RtdbEditor& ed, DataNode& node, const std::string& newName) {
     if (!checkNodeLabel(ed, node, newName))
         return false;
-    node.setName(newName);
+    if (newName != node.name())
+        ed.history.push(std::make_unique<ChangeNodeProperties>(
+            node.isDatabase() ? "Rename Database" : "Rename Data Group", node, newName,
+            node.sync()));
     return true;
 }
 

@@ -1,13 +1,15 @@
 #pragma once
 // The commands of the real-time database editor. Each runs the whole flow: checks
 // the selected node, asks its dialog, tests duplicates after OK, shows messages and
-// questions, applies the change to the model, and reports what changed so that the
-// shell refreshes the tree and the list and marks the project modified.
+// questions, pushes the change as one step on the project's history (RtdbEdits.h),
+// and reports what changed so that the shell refreshes the tree and the list.
 //
 // A command given with the wrong kind of node selected does nothing and says
-// nothing. Cancel leaves everything unchanged. One verb-noun file per command.
+// nothing. Cancel leaves everything unchanged. A name refused as a duplicate after
+// OK opens the dialog again with what was typed. One verb-noun file per command.
 
 #include "core/MessageSink.h"
+#include "core/UndoHistory.h"
 #include "sections/rtdb/RtdbDialogHost.h"
 #include "sections/rtdb/RtdbSection.h"
 
@@ -21,6 +23,7 @@ struct RtdbEditor {
     RtdbSection& rtdb;
     RtdbDialogHost& dialogs;
     MessageSink& sink;
+    UndoHistory& history;
 };
 
 struct RtdbEditResult {
@@ -41,8 +44,9 @@ RtdbEditResult addDatabase(const RtdbEditor& ed);
 // Add data group, below a selected database or group, as its last child.
 RtdbEditResult addDataGroup(const RtdbEditor& ed, DataNode* selected);
 
-// Properties of the selected database (name and sync flag) or group (name). No
-// duplicate test; an empty name changes nothing.
+// Properties of the selected database (name and sync flag) or group (name). A name
+// that another database (for a group: anything in its database) has is refused
+// with the add command's message; an empty name changes nothing.
 RtdbEditResult editNodeProperties(const RtdbEditor& ed, DataNode* selected);
 
 // Whether the node may take the new label: a database name used by another
@@ -63,6 +67,8 @@ RtdbEditResult deleteDataGroup(const RtdbEditor& ed, DataNode* selected);
 // (row i shows item i of the node), in any order.
 RtdbEditResult addData(const RtdbEditor& ed, DataNode* selected);
 RtdbEditResult batchAddData(const RtdbEditor& ed, DataNode* selected);
+// Modify refuses a new name that the database uses for something else with "The
+// data already exist!".
 RtdbEditResult modifyData(const RtdbEditor& ed, DataNode* selected,
                           const std::vector<std::size_t>& rows);
 RtdbEditResult deleteData(const RtdbEditor& ed, DataNode* selected,

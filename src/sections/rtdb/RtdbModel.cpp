@@ -152,6 +152,49 @@ void DataNode::unindexSubtree(RtdbNameIndex& idx) const {
         c->unindexSubtree(idx);
 }
 
+void DataNode::indexSubtree(RtdbNameIndex& idx) const {
+    if (isGroup())
+        idx.addGroup(name_);
+    for (const DataItem& item : items_)
+        idx.addItem(item);
+    for (const auto& c : children_)
+        c->indexSubtree(idx);
+}
+
+std::unique_ptr<DataNode> DataNode::makeDatabase(std::string name, bool sync) {
+    auto node =
+        std::unique_ptr<DataNode>(new DataNode(RtdbNodeKind::Database, nullptr, std::move(name)));
+    node->sync_ = sync;
+    return node;
+}
+
+std::unique_ptr<DataNode> DataNode::makeGroup(std::string name) {
+    return std::unique_ptr<DataNode>(new DataNode(RtdbNodeKind::Group, nullptr, std::move(name)));
+}
+
+std::unique_ptr<DataNode> DataNode::takeChild(std::size_t i) {
+    if (i >= children_.size())
+        return nullptr;
+    std::unique_ptr<DataNode> c = std::move(children_[i]);
+    children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(i));
+    if (c->isGroup())
+        if (RtdbNameIndex* idx = index())
+            c->unindexSubtree(*idx);
+    return c;
+}
+
+void DataNode::insertChild(std::size_t i, std::unique_ptr<DataNode> node) {
+    if (!node)
+        return;
+    node->parent_ = this;
+    i = std::min(i, children_.size());
+    DataNode& c = *node;
+    children_.insert(children_.begin() + static_cast<std::ptrdiff_t>(i), std::move(node));
+    if (c.isGroup())
+        if (RtdbNameIndex* idx = index())
+            c.indexSubtree(*idx);
+}
+
 void DataNode::removeChild(std::size_t i) {
     if (i >= children_.size())
         return;
@@ -205,6 +248,69 @@ void DataNode::removeItem(std::size_t i) {
     if (RtdbNameIndex* idx = index())
         idx->removeItem(items_[i]);
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(i));
+}
+
+std::vector<std::pair<std::size_t, DataItem>>
+DataNode::takeItemsNamed(const std::vector<std::string>& names) {
+    std::vector<std::pair<std::size_t, DataItem>> removed;
+    if (names.empty())
+        return removed;
+    std::unordered_set<std::string_view> doomed(names.begin(), names.end());
+    RtdbNameIndex* idx = index();
+    std::size_t out = 0;
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        if (doomed.contains(std::string_view(items_[i].name))) {
+            if (idx)
+                idx->removeItem(items_[i]);
+            removed.emplace_back(i, std::move(items_[i]));
+        } else {
+            if (out != i)
+                items_[out] = std::move(items_[i]);
+            ++out;
+        }
+    }
+    items_.resize(out);
+    return removed;
+}
+
+void DataNode::restoreItems(const std::vector<std::pair<std::size_t, DataItem>>& removed) {
+    if (removed.empty())
+        return;
+    RtdbNameIndex* idx = index();
+    std::vector<DataItem> merged;
+    merged.reserve(items_.size() + removed.size());
+    std::size_t kept = 0;
+    for (const auto& [pos, item] : removed) {
+        while (merged.size() < pos && kept < items_.size())
+            merged.push_back(std::move(items_[kept++]));
+        if (idx)
+            idx->addItem(item);
+        merged.push_back(item);
+    }
+    while (kept < items_.size())
+        merged.push_back(std::move(items_[kept++]));
+    items_ = std::move(merged);
+}
+
+void DataNode::appendItems(const std::vector<DataItem>& items) {
+    items_.reserve(items_.size() + items.size());
+    RtdbNameIndex* idx = index();
+    if (idx)
+        idx->reserve(idx->size() + items.size());
+    for (const DataItem& item : items) {
+        if (idx)
+            idx->addItem(item);
+        items_.push_back(item);
+    }
+}
+
+void DataNode::truncateItems(std::size_t count) {
+    if (count >= items_.size())
+        return;
+    if (RtdbNameIndex* idx = index())
+        for (std::size_t i = count; i < items_.size(); ++i)
+            idx->removeItem(items_[i]);
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(count), items_.end());
 }
 
 std::size_t DataNode::removeItemsNamed(const std::vector<std::string>& names) {

@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace rq {
@@ -136,6 +137,14 @@ public:
     DataNode& addDatabase(std::string name, bool sync = true);
     // Database or group only: appends a data group.
     DataNode& addGroup(std::string name);
+    // A database or data group not yet in a tree, for insertChild.
+    static std::unique_ptr<DataNode> makeDatabase(std::string name, bool sync = true);
+    static std::unique_ptr<DataNode> makeGroup(std::string name);
+    // Takes a child out with all it holds (null for a bad index); insertChild puts
+    // such a node back as the child at `index` (a database under the root, a group
+    // under a database or group), indexing its names again.
+    std::unique_ptr<DataNode> takeChild(std::size_t index);
+    void insertChild(std::size_t index, std::unique_ptr<DataNode> node);
     // Removes a child with all it holds.
     void removeChild(std::size_t index);
     void removeChild(const DataNode* node);
@@ -149,6 +158,14 @@ public:
     // Removes every own item whose name is one of `names`, in one pass; returns the
     // number removed.
     std::size_t removeItemsNamed(const std::vector<std::string>& names);
+    // The same, giving back each removed item with its position before the removal,
+    // in increasing position; restoreItems puts such a list back where it was.
+    std::vector<std::pair<std::size_t, DataItem>>
+    takeItemsNamed(const std::vector<std::string>& names);
+    void restoreItems(const std::vector<std::pair<std::size_t, DataItem>>& removed);
+    // Appends items / removes every item from position `count` on.
+    void appendItems(const std::vector<DataItem>& items);
+    void truncateItems(std::size_t count);
     void reserveItems(std::size_t count) { items_.reserve(count); }
     // Database only: sizes the namespace index for that many names.
     void reserveNames(std::size_t count);
@@ -157,6 +174,7 @@ private:
     DataNode(RtdbNodeKind kind, DataNode* parent, std::string name);
     RtdbNameIndex* index();
     void unindexSubtree(RtdbNameIndex& index) const;
+    void indexSubtree(RtdbNameIndex& index) const;
 
     RtdbNodeKind kind_ = RtdbNodeKind::Root;
     std::string name_;

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <optional>
 
 namespace rq {
@@ -123,7 +124,8 @@ protected:
     RtdbSection rtdb;
     rqtest::RecordingSink sink;
     ScriptedDialogs dialogs{sink};
-    RtdbEditor ed{rtdb, dialogs, sink};
+    UndoHistory history;
+    RtdbEditor ed{rtdb, dialogs, sink, history};
     DataNode* db = nullptr;
     DataNode* group = nullptr;
     DataNode* other = nullptr;
@@ -313,14 +315,19 @@ TEST_F(RtdbEditorTest, ModifyData) {
     EXPECT_EQ(dialogs.dataOpened[0].typeIndex, 7);
     EXPECT_EQ(dialogs.dataOpened[0].description, "level");
 
-    // The new name is not tested for duplicates; the namespace follows the change.
-    dialogs.data = {aliasForm("Pump", "T9")};
+    // A new name that the database uses is refused like a duplicate add and the
+    // dialog opens again with what was typed; the namespace follows the change.
+    dialogs.data = {aliasForm("Pump", "T9"), aliasForm("Pump2", "T9")};
     EXPECT_TRUE(modifyData(ed, group, {1}).changed);
+    EXPECT_EQ(sink.texts(), Texts{"The data already exist!"});
     EXPECT_TRUE(dialogs.dataOpened[1].alias);
     EXPECT_EQ(dialogs.dataOpened[1].aliasText, "Tank3");
+    EXPECT_EQ(dialogs.dataOpened[2].name, "Pump");
+    EXPECT_EQ(dialogs.dataOpened[2].aliasText, "T9");
     EXPECT_EQ(group->item(1).target, "T9");
-    EXPECT_EQ(group->item(1).name, "Pump");
+    EXPECT_EQ(group->item(1).name, "Pump2");
     EXPECT_FALSE(db->nameInUse("T3"));
+    sink.entries.clear();
 
     dialogs.data = {dataForm("Tank4", 2, 1, "5")};
     EXPECT_TRUE(modifyData(ed, group, {0}).changed);
@@ -370,19 +377,24 @@ TEST_F(RtdbEditorTest, DeleteDatabaseAndGroup) {
 }
 
 TEST_F(RtdbEditorTest, PropertiesAndLabelRenames) {
-    dialogs.database = {std::nullopt, DatabaseForm{"other", true}};
+    // Another database's name is refused and the dialog opens again with it.
+    dialogs.database = {std::nullopt, DatabaseForm{"other", true}, DatabaseForm{"plant2", false}};
     EXPECT_FALSE(editNodeProperties(ed, db).changed);
     EXPECT_TRUE(unchanged());
-    EXPECT_TRUE(editNodeProperties(ed, db).changed); // no duplicate test here
+    EXPECT_TRUE(editNodeProperties(ed, db).changed);
     EXPECT_EQ(dialogs.databaseOpened[0].name, "plant");
-    EXPECT_EQ(db->name(), "other");
+    EXPECT_EQ(dialogs.databaseOpened[2].name, "other");
+    EXPECT_EQ(db->name(), "plant2");
+    EXPECT_FALSE(db->sync());
 
-    dialogs.group = {DataGroupForm{"vessels"}};
+    dialogs.group = {DataGroupForm{"Pump"}, DataGroupForm{"vessels"}};
     EXPECT_TRUE(editNodeProperties(ed, group).changed);
     EXPECT_EQ(dialogs.groupOpened[0].name, "tanks");
     EXPECT_TRUE(db->nameInUse("vessels"));
     EXPECT_FALSE(db->nameInUse("tanks"));
-    EXPECT_TRUE(sink.entries.empty());
+    EXPECT_EQ(sink.texts(),
+              (Texts{"The database already exist!", "The data group already exist!"}));
+    sink.entries.clear();
 
     db->setName("plant");
     EXPECT_FALSE(renameNodeLabel(ed, *db, "other"));
@@ -415,6 +427,70 @@ TEST_F(RtdbEditorTest, NamesTheFileCannotStoreAreRefused) {
                                    refused("Database", "'&'")}));
     EXPECT_EQ(group->name(), "tanks");
     EXPECT_EQ(db->name(), "plant");
+}
+
+// Every command is one step of the history: undo gives the file's bytes as they
+// were before it, redo as they were after it.
+TEST_F(RtdbEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
+    group->addItem(DataItem::makeData("x", "char", "1", "0", ""));
+    group->addItem(DataItem::makeData("Tank3", "char", "1", "0", "twin"));
+    BatchDataForm batch;
+    batch.data = dataForm("B", 3, 2);
+    batch.from = 1;
+    batch.to = 3;
+    struct Step {
+        const char* undoText;
+        std::function<bool()> run;
+    } steps[] = {
+        {"Undo Add Database",
+         [&] {
+             return dialogs.database = {DatabaseForm{"d", false}}, addDatabase(ed).changed;
+         }},
+        {"Undo Add Data Group",
+         [&] { return dialogs.group = {DataGroupForm{"g"}}, addDataGroup(ed, group).changed; }},
+        {"Undo Add Data",
+         [&] { return dialogs.data = {dataForm("n", 7, 4)}, addData(ed, db).changed; }},
+        {"Undo Batch Data",
+         [&] { return dialogs.batch = {batch}, batchAddData(ed, group).changed; }},
+        {"Undo Modify Data",
+         [&] { return dialogs.data = {aliasForm("m", "x")}, modifyData(ed, group, {2}).changed; }},
+        {"Undo Delete Data",
+         [&] {
+             return deleteData(ed, group, {0, 3}).changed;
+         }},
+        {"Undo Modify Database",
+         [&] {
+             return dialogs.database = {DatabaseForm{"p", false}},
+                    editNodeProperties(ed, db).changed;
+         }},
+        {"Undo Rename Data Group", [&] { return renameNodeLabel(ed, *group, "vessels"); }},
+        {"Undo Delete Data Group", [&] { return deleteDataGroup(ed, group).changed; }},
+        {"Undo Delete Database", [&] { return deleteDatabase(ed, db).changed; }},
+    };
+    std::vector<std::string> texts{text()};
+    for (const Step& step : steps) {
+        ASSERT_TRUE(step.run()) << step.undoText;
+        EXPECT_EQ(history.undoText(), step.undoText);
+        texts.push_back(text());
+        ASSERT_NE(texts.back(), texts[texts.size() - 2]) << step.undoText;
+    }
+    // Back to the start step by step, then forward again.
+    for (std::size_t i = texts.size() - 1; i > 0; --i) {
+        ASSERT_TRUE(history.undo());
+        EXPECT_EQ(text(), texts[i - 1]) << steps[i - 1].undoText;
+    }
+    EXPECT_FALSE(history.canUndo());
+    for (std::size_t i = 1; i < texts.size(); ++i) {
+        ASSERT_TRUE(history.redo());
+        EXPECT_EQ(text(), texts[i]) << steps[i - 1].undoText;
+    }
+    // The namespace index follows undo: the deleted items' names are back in use.
+    while (history.undo()) {
+    }
+    EXPECT_TRUE(db->nameInUse("Tank3"));
+    EXPECT_TRUE(db->nameInUse("tanks"));
+    EXPECT_FALSE(db->nameInUse("B1"));
+    EXPECT_EQ(history.redoText(), "Redo Add Database");
 }
 
 TEST_F(RtdbEditorTest, ListRows) {

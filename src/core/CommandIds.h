@@ -1,0 +1,64 @@
+#pragma once
+// The command numbers of the main menu and of the section commands.
+
+namespace rq::cmd {
+inline constexpr int kNew = 57600;
+inline constexpr int kOpen = 57601;
+inline constexpr int kSave = 57603;
+inline constexpr int kProperty = 32809;
+inline constexpr int kRecentFile = 57616;
+inline constexpr int kQuit = 57665;
+inline constexpr int kViewToolbar = 59392;
+inline constexpr int kViewStatusBar = 59393;
+inline constexpr int kViewProjectManager = 103;
+inline constexpr int kViewMenuBar = 32771;
+inline constexpr int kCompile = 32823;
+inline constexpr int kOfflineSimulation = 32824;
+inline constexpr int kOnlineSimulation = 32875;
+inline constexpr int kDownloadProject = 32871;
+inline constexpr int kUploadProject = 32872;
+inline constexpr int kDownloadPackage = 3;
+inline constexpr int kDownloadStartupImage = 32873;
+inline constexpr int kMonitor = 32915;
+inline constexpr int kAlarmConfiguration = 32856;
+inline constexpr int kRedundantConfiguration = 32863;
+inline constexpr int kPrintConfiguration = 32911;
+inline constexpr int kAbout = 57664;
+// Help > User Guide: this program's own command (the guide rendered from docs/).
+inline constexpr int kUserGuide = 32990;
+
+// Real-time database.
+inline constexpr int kNewDataGroup = 32802;
+inline constexpr int kDeleteDataGroup = 32803;
+inline constexpr int kModifyDatabase = 32806;
+inline constexpr int kNewDatabase = 32807;
+inline constexpr int kDeleteDatabase = 32808;
+inline constexpr int kNewData = 32810;
+inline constexpr int kDeleteData = 32811;
+inline constexpr int kModifyData = 32812;
+inline constexpr int kBatchData = 32906;
+// Function blocks.
+inline constexpr int kNewFbd = 32864;
+inline constexpr int kDeleteFbd = 32865;
+inline constexpr int kFbdConfiguration = 32866;
+inline constexpr int kFbdModifyParameter = 32868;
+// Devices and links.
+inline constexpr int kDeleteLink = 32827;
+inline constexpr int kNewDevice = 32828;
+inline constexpr int kDeleteDevice = 32829;
+inline constexpr int kModifyDevice = 32830; // "Modify" on a link or a device
+inline constexpr int kNewSerialLink = 32831;
+inline constexpr int kNewCommonLink = 32833;
+inline constexpr int kNewTcpClientLink = 32834;
+inline constexpr int kNewTcpServerLink = 32914;
+inline constexpr int kNewFeroltLink = 32916; // in no menu
+inline constexpr int kNewDeviceData = 32835;
+inline constexpr int kDeleteDeviceData = 32836;
+inline constexpr int kModifyDeviceData = 32837;
+inline constexpr int kNewDeviceData2 = 32839;
+inline constexpr int kDeleteDeviceData2 = 32840;
+inline constexpr int kModifyDeviceData2 = 32841;
+// The edit history.
+inline constexpr int kUndo = 57643;
+inline constexpr int kRedo = 57644;
+} // namespace rq::cmd
