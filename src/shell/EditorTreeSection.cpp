@@ -4,9 +4,21 @@
 #include "shell/NodeImages.h"
 
 #include <QSignalBlocker>
-#include <QTreeWidgetItemIterator>
 
 namespace rqshell {
+
+namespace {
+
+// The nodes below `top` (not `top` itself), depth first.
+template <class Visit> void forEachBelow(QTreeWidgetItem* top, Visit visit) {
+    for (int i = 0; i < top->childCount(); ++i) {
+        QTreeWidgetItem* child = top->child(i);
+        visit(child);
+        forEachBelow(child, visit);
+    }
+}
+
+} // namespace
 
 class EditorTreeSection::NodeHandler : public TreeNodeHandler {
 public:
@@ -77,18 +89,19 @@ void EditorTreeSection::rebuildNodes() {
     qDeleteAll(top->takeChildren());
     addNodes(top, editor_->nodes());
     top->setExpanded(true);
-    for (QTreeWidgetItemIterator it(top); *it; ++it)
-        (*it)->setExpanded(true);
+    forEachBelow(top, [](QTreeWidgetItem* item) { item->setExpanded(true); });
 }
 
 QTreeWidgetItem* EditorTreeSection::itemOf(const void* key) const {
     QTreeWidgetItem* top = ctx_.tree.fixedNode(fixed_);
     if (!key)
         return top;
-    for (QTreeWidgetItemIterator it(top); *it; ++it)
-        if (CPrjTree::payload(*it) == key)
-            return *it;
-    return nullptr;
+    QTreeWidgetItem* found = nullptr;
+    forEachBelow(top, [&](QTreeWidgetItem* item) {
+        if (!found && CPrjTree::payload(item) == key)
+            found = item;
+    });
+    return found;
 }
 
 void* EditorTreeSection::selectedKey(bool* inSection) const {

@@ -2,6 +2,7 @@
 
 #include "core/FileUtil.h"
 #include "shell/DeployDialogs.h"
+#include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
 #include "shell/EditorEnv.h"
 #include "shell/ListView.h"
@@ -97,6 +98,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     // The section editors, one line each.
     const EditorEnv env{*project_, *sink_, this, catalogs_, programDir_};
     registerEditor(FixedNode::RealtimeDatabase, rq::SectionObject::Rtdb, makeRtdbEditor(env));
+    registerEditor(FixedNode::Device, rq::SectionObject::Device, makeDeviceEditor(env));
 
     struct Pending {
         FixedNode node;
@@ -111,7 +113,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
         {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
         {FixedNode::Alarm, menuid::kAlarmTree, 0},
         {FixedNode::Redundant, menuid::kRedundancyTree, 0},
-        {FixedNode::Device, menuid::kDeviceTree, menuid::kDeviceList},
         {FixedNode::Module, 0, menuid::kModulesList},
     };
     for (const Pending& p : pending) {

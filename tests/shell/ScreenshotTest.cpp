@@ -2,6 +2,7 @@
 // PNG files, for a person to look at. Runs only when RQ_SCREENSHOT_DIR names the
 // output directory (tools/screenshots.sh does so under Xvfb).
 
+#include "sections/device/ui/DeviceDialogs.h"
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
@@ -163,6 +164,40 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     QLabel splash;
     splash.setPixmap(rqshell::splashPixmap());
     save(splash, "splash");
+
+    // The device configuration: a device's data points, each link kind's sheet
+    // with every page, the device and data point dialogs.
+    QTreeWidgetItem* dev = tree.fixedNode(rqshell::FixedNode::Device);
+    if (dev->childCount() && dev->child(0)->childCount())
+        tree.setCurrentItem(dev->child(0)->child(0));
+    save(frame, "device-data-points");
+    const rqshell::RealtimeSource source{frame.project().rtdb,
+                                         rqshell::systemDatabase(rqtest::programDir())};
+    const std::pair<rq::LinkKind, const char*> kinds[] = {
+        {rq::LinkKind::Serial, "device-link-serial"},
+        {rq::LinkKind::None, "device-link-common"},
+        {rq::LinkKind::TcpClient, "device-link-tcp-client"},
+        {rq::LinkKind::TcpServer, "device-link-tcp-server"}};
+    for (auto [kind, name] : kinds) {
+        rqshell::CDeviceLinkPropSheet sheet(kind, QString::fromUtf8(rq::linkAddTitle(kind)), source,
+                                            sink);
+        for (int page = 0; page < sheet.pages()->count(); ++page) {
+            sheet.pages()->setCurrentIndex(page);
+            save(sheet, (std::string(name) + "-" + std::to_string(page + 1)).c_str());
+        }
+    }
+    const rq::DeviceChoices choices{catalogs.io, "serial"};
+    rqshell::CDeviceInfoDialog info(choices, source, sink);
+    if (!frame.project().device.links().empty() &&
+        !frame.project().device.links()[0].devices.empty()) {
+        const rq::DeviceItem& d = frame.project().device.links()[0].devices[1];
+        info.setForm(rq::deviceFormFromRecord(choices, d));
+        save(info, "device-information");
+        const rq::DeviceItem& io = frame.project().device.links()[0].devices[0];
+        rqshell::CDeviceDataDialog data(catalogs.io, io, source, sink);
+        data.setForm(rq::dataFormFromRecord(catalogs.io, io, io.data[0]));
+        save(data, "device-data-setting");
+    }
 
     // The node image strip, eight times enlarged.
     QImage strip = rqshell::nodeImageStrip();

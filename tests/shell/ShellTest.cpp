@@ -1,3 +1,5 @@
+#include "sections/device/ui/DeviceDialogs.h"
+#include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
@@ -19,6 +21,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QThread>
 #include <QTimer>
@@ -185,10 +188,10 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
           "Edit(&E)|32822|off"}},
         {FixedNode::Device,
          true,
-         {"New Device Link|0|on", "Serial Port|32831|off", "Common Link|32833|off",
-          "TCP Network Client|32834|off", "TCP Network Service|32914|off",
-          "Delete Device Link|32827|off", "New Device|32828|off", "Delete Device|32829|off",
-          "Modify|32830|off"}},
+         {"New Device Link|0|on", "Serial Port|32831|on", "Common Link|32833|on",
+          "TCP Network Client|32834|on", "TCP Network Service|32914|on",
+          "Delete Device Link|32827|on", "New Device|32828|on", "Delete Device|32829|on",
+          "Modify|32830|on"}},
         {FixedNode::RealtimeRecord,
          true,
          {"New Data Record|32842|off", "New All Database Record|32843|off",
@@ -538,6 +541,104 @@ TEST_F(MainWindowTest, RealtimeDatabaseEditsThroughTreeAndList) {
     // Emptying the tree on New leaves the fixed nodes only.
     frame.projectCleared();
     EXPECT_EQ(tree.fixedNode(FixedNode::RealtimeDatabase)->childCount(), 0);
+}
+
+TEST_F(MainWindowTest, DeviceConfigurationShowsLinksDevicesAndPoints) {
+    rqtest::TempDir dir;
+    std::filesystem::copy(std::string(std::getenv("RQ_SOURCE_DIR")) + "/data/examples/demo",
+                          dir.path() / "demo", std::filesystem::copy_options::recursive);
+    catalogs.io.load(rqtest::programDir() + "/iodevdrv.xml");
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(dir.file("demo"))));
+    rqshell::CPrjTree& tree = frame.tree();
+    QTreeWidgetItem* top = tree.fixedNode(FixedNode::Device);
+    std::vector<std::string> labels;
+    for (int l = 0; l < top->childCount(); ++l) {
+        labels.push_back(str(top->child(l)->text(0)));
+        for (int d = 0; d < top->child(l)->childCount(); ++d)
+            labels.push_back(str(top->child(l)->child(d)->text(0)));
+    }
+    EXPECT_EQ(labels, (std::vector<std::string>{"bus1", "tankio", "meter", "plc", "drive",
+                                                "plc_backup", "scada", "sim", "simdev"}));
+    EXPECT_TRUE(top->child(0)->isExpanded());
+
+    tree.setCurrentItem(top->child(0)->child(0));
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.columnCount(), 6);
+    EXPECT_EQ(list.rowCount(), 4);
+    EXPECT_EQ(str(list.text(2, 2)), "No group");
+    EXPECT_GE(frame.view().columnWidth(0), 150);
+    EXPECT_EQ(tree.selectedHandler()->GetListMenuId(), rqshell::menuid::kDeviceList);
+
+    // Delete the selected rows with the Delete key, then undo it.
+    frame.view().selectRow(1);
+    sink.answers = {true};
+    press(frame.view(), Qt::Key_Delete);
+    EXPECT_EQ(list.rowCount(), 3);
+    EXPECT_EQ(str(frame.action(57643)->text()), "Undo Delete Data");
+    frame.runCommand(57643);
+    EXPECT_EQ(list.rowCount(), 4);
+    EXPECT_FALSE(frame.project().model().modified);
+
+    // A link deleted from the tree comes back with its devices on undo.
+    tree.setCurrentItem(top->child(1));
+    sink.answers = {true};
+    frame.runCommand(32827);
+    EXPECT_EQ(top->childCount(), 4);
+    EXPECT_EQ(tree.currentItem(), top);
+    frame.runCommand(57643);
+    ASSERT_EQ(top->childCount(), 5);
+    EXPECT_EQ(str(top->child(1)->child(0)->text(0)), "drive");
+}
+
+TEST_F(Fixture, OneSheetPerLinkKind) {
+    rq::RtdbSection rtdb;
+    const rqshell::RealtimeSource rt{rtdb, nullptr};
+    struct Case {
+        rq::LinkKind kind;
+        const char* sheet;
+        std::vector<std::string> pages;
+    } cases[] = {
+        {rq::LinkKind::Serial, "CDeviceComLinkPropSheet", {"Basic Setting", "Serial Port Setting"}},
+        {rq::LinkKind::None, "CDeviceNoneLinkPropSheet", {"Basic Setting"}},
+        {rq::LinkKind::TcpClient,
+         "CDeviceTcpClientLinkPropSheet",
+         {"Basic Setting", "TCP Client Configuration"}},
+        {rq::LinkKind::TcpServer,
+         "CDeviceTcpServerLinkPropSheet",
+         {"Basic Setting", "TCP Server Configuration"}},
+        {rq::LinkKind::Ferolt, "CDeviceNoneLinkPropSheet", {"Basic Setting"}},
+    };
+    for (const Case& c : cases) {
+        const QString title = QString::fromUtf8(rq::linkAddTitle(c.kind));
+        rqshell::CDeviceLinkPropSheet d(c.kind, title, rt, sink);
+        EXPECT_EQ(str(d.objectName()), c.sheet);
+        EXPECT_EQ(d.windowTitle(), title);
+        std::vector<std::string> pages;
+        for (int i = 0; i < d.pages()->count(); ++i)
+            pages.push_back(str(d.pages()->tabText(i)));
+        EXPECT_EQ(pages, c.pages) << c.sheet;
+        EXPECT_EQ(d.form().period, "500");
+        EXPECT_EQ(str(d.nameEdit()->accessibleName()), "Linkage Name:");
+        // OK with no name shows the page's message and keeps the sheet open.
+        d.show();
+        sink.entries.clear();
+        d.accept();
+        EXPECT_TRUE(d.isVisible());
+        EXPECT_EQ(sink.texts(),
+                  std::vector<std::string>{"The link name is null, please set link name!"});
+        d.nameEdit()->setText("n");
+        if (c.kind == rq::LinkKind::TcpClient) {
+            d.accept();
+            EXPECT_EQ(sink.texts().back(), "IP address is null, please input IP address!");
+            rq::LinkForm f = d.form();
+            f.server_ip = "10.1.1.1";
+            d.setForm(f);
+        }
+        d.accept();
+        EXPECT_FALSE(d.isVisible()) << c.sheet;
+        EXPECT_EQ(d.form().server_port, 8200);
+        EXPECT_EQ(d.form().listen_port, 1);
+    }
 }
 
 TEST_F(Fixture, BrowseDialogListsProjectAndSystemDatabasesWithExclusions) {

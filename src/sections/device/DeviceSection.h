@@ -54,6 +54,8 @@ struct DeviceDataItem {
     std::string mode;       // shown text of kDataModes
     std::string group;      // "0".."7", "255" for no group
     std::string enable;     // "1" or "0"
+
+    bool operator==(const DeviceDataItem&) const = default;
 };
 
 // One device of a link.
@@ -68,6 +70,8 @@ struct DeviceItem {
     std::string control_var;
     std::string enable;
     std::vector<DeviceDataItem> data;
+
+    bool operator==(const DeviceItem&) const = default;
 };
 
 // The ten fields every link has, in the order the dialogs pass them.
@@ -82,6 +86,8 @@ struct LinkCommonFields {
     std::string driver;
     std::string control_var;
     std::string enable;
+
+    bool operator==(const LinkCommonFields&) const = default;
 };
 
 // The fields of the kinds that have transport settings. Each add operation takes
@@ -98,6 +104,8 @@ struct LinkKindFields {
     std::string server_port;
     // tcpserver: the listening port, distinct from the client's server port
     std::string listen_port;
+
+    bool operator==(const LinkKindFields&) const = default;
 };
 
 struct LinkItem : LinkCommonFields, LinkKindFields {
