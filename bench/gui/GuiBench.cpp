@@ -1,5 +1,7 @@
-// The workspace on a project whose one database holds 100,000 data items:
+// The workspace on a project whose one database holds 100,000 data items and
+// whose one device has 10,000 data points:
 //   - selecting the database node until its list is painted (target: 100 ms);
+//   - selecting the device node until its list is painted (target: 100 ms);
 //   - scrolling that list a page at a time;
 //   - opening the project in the main window against the headless open of the
 //     same directory (target: at most 1.3 times).
@@ -26,6 +28,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr int kItems = 100000;
+constexpr int kPoints = 10000;
 constexpr int kRuns = 7;
 
 double ms(Clock::time_point a, Clock::time_point b) {
@@ -78,6 +81,19 @@ int main(int argc, char** argv) {
         for (int i = 0; i < kItems; ++i)
             db.addItem(rq::DataItem::makeData("Var_" + std::to_string(i), "float", "4", "0",
                                               "item " + std::to_string(i)));
+        rq::LinkCommonFields common;
+        common.name = "bus";
+        rq::LinkItem* link = p.device.addLink(rq::LinkKind::Serial, common, {}, sink);
+        rq::DeviceItem device;
+        device.name = "big";
+        device.address = "1";
+        device.driver = "modbusrtu";
+        device.enable = "1";
+        for (int i = 0; i < kPoints; ++i)
+            device.data.push_back(rq::DeviceDataItem{"holding register", std::to_string(40001 + i),
+                                                     "big.Var_" + std::to_string(i), "",
+                                                     "Circularly reading", "0", "1"});
+        rq::DeviceSection::addDevice(*link, std::move(device), sink);
         rq::makeDirectory(dir);
         if (!p.doc.saveAll().ok()) {
             std::fprintf(stderr, "cannot write the benchmark project\n");
@@ -126,6 +142,19 @@ int main(int argc, char** argv) {
         });
     const int rows = view.model()->rowCount();
 
+    QTreeWidgetItem* deviceItem = tree.fixedNode(rqshell::FixedNode::Device)->child(0)->child(0);
+    double selectDevice = measure(
+        [&] {
+            tree.setCurrentItem(section);
+            settle();
+        },
+        [&] {
+            tree.setCurrentItem(deviceItem);
+            view.viewport()->repaint();
+            settle();
+        });
+    const int points = view.model()->rowCount();
+
     QScrollBar* bar = view.verticalScrollBar();
     double page = measure(
                       [&] {
@@ -144,10 +173,16 @@ int main(int argc, char** argv) {
     std::printf("rows listed                     %d\n", rows);
     std::printf("select database node            %.1f ms   (target <= 100 ms)  %s\n", select,
                 select <= 100 ? "met" : "MISSED");
+    std::printf("points listed                   %d\n", points);
+    std::printf("select device node              %.1f ms   (target <= 100 ms)  %s\n", selectDevice,
+                selectDevice <= 100 ? "met" : "MISSED");
     std::printf("scroll one page                 %.2f ms\n", page);
     std::printf("open, headless                  %.1f ms\n", headless);
     std::printf("open, main window               %.1f ms\n", gui);
     std::printf("main window / headless          %.2f     (target <= 1.30)    %s\n", ratio,
                 ratio <= 1.3 ? "met" : "MISSED");
-    return rows == kItems && select <= 100 && ratio <= 1.3 ? 0 : 1;
+    return rows == kItems && points == kPoints && select <= 100 && selectDevice <= 100 &&
+                   ratio <= 1.3
+               ? 0
+               : 1;
 }

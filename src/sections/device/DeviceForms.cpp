@@ -1,6 +1,7 @@
 #include "sections/device/DeviceForms.h"
 
 #include "core/DataTypes.h"
+#include "core/StorableValue.h"
 #include "core/Xml.h"
 
 #include <cstring>
@@ -10,6 +11,20 @@ namespace rq {
 using namespace devicetext;
 
 namespace {
+
+// The fields device.xml stores unescaped, by their labels: the first one that
+// holds a character the file cannot store gives the shared check's message.
+std::optional<std::string>
+firstUnstorable(std::initializer_list<std::pair<const char*, const std::string*>> fields) {
+    for (const auto& [label, value] : fields) {
+        std::string_view name(label);
+        if (!name.empty() && name.back() == ':')
+            name.remove_suffix(1);
+        if (auto message = checkStorableValue(name, *value))
+            return message;
+    }
+    return std::nullopt;
+}
 
 struct LinkTitles {
     LinkKind kind;
@@ -146,7 +161,15 @@ std::optional<std::string> validateLinkForm(const LinkForm& f) {
     default:
         break;
     }
-    return std::nullopt;
+    return firstUnstorable({{kLinkName, &f.name},
+                            {kPeriod, &f.period},
+                            {kMasterLink, &f.masterlink},
+                            {kTimeout, &f.timeout},
+                            {kParams, &f.params},
+                            {kStatusVar, &f.status_var},
+                            {kControlVar, &f.control_var},
+                            {kSerialDevice, &f.devname},
+                            {kServerIp, &f.server_ip}});
 }
 
 // ---- devices ----
@@ -244,7 +267,12 @@ std::optional<std::string> validateDeviceForm(const DeviceForm& f) {
         return std::string(kDeviceAddressMissing);
     if (f.driver < 0)
         return std::string(kDriverMissing);
-    return std::nullopt;
+    return firstUnstorable({{kDeviceName, &f.name},
+                            {kDeviceAddress, &f.address},
+                            {kManufacturer, &f.manufacturer},
+                            {kParams, &f.params},
+                            {kStatusVar, &f.status_var},
+                            {kControlVar, &f.control_var}});
 }
 
 void storeDeviceForm(const DeviceChoices& choices, const DeviceForm& f, DeviceItem& device) {
@@ -300,7 +328,8 @@ std::optional<std::string> validateDeviceDataForm(const DeviceDataForm& f) {
         return std::string(kDataAddressMissing);
     if (f.dataname.empty())
         return std::string(kDataMissing);
-    return std::nullopt;
+    return firstUnstorable(
+        {{kDataAddress, &f.address}, {kRealtimeData, &f.dataname}, {kStatusVar, &f.status_var}});
 }
 
 DeviceDataItem dataFromForm(const IoDriverCatalog& catalog, const DeviceItem& device,

@@ -124,7 +124,9 @@ LinkForm newLinkForm(LinkKind kind);
 LinkForm linkFormFromRecord(const LinkItem& link);
 // Stores the form's pages into the link's fields (the devices are not touched).
 void storeLinkForm(const LinkForm& form, LinkItem& link);
-// The checks of OK: Basic Setting first, then the kind's page.
+// The checks of OK: Basic Setting first, then the kind's page; then every field
+// that device.xml stores unescaped is refused when it holds '"', '<' or '&'
+// (core/StorableValue.h), naming the field.
 std::optional<std::string> validateLinkForm(const LinkForm& form);
 
 // "Device Information".

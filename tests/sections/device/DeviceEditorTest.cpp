@@ -3,6 +3,7 @@
 // sink, and the bytes of device.xml through undo and redo of every command.
 
 #include "core/Catalogs.h"
+#include "core/StorableValue.h"
 #include "sections/device/DeviceSectionEditor.h"
 #include "support/TestSupport.h"
 
@@ -128,6 +129,13 @@ TEST(DeviceForms, LinkPagesChecksAndStoredFields) {
     client.server_ip = "10.0.0.1";
     client.server_port = 0;
     EXPECT_EQ(validateLinkForm(client), "Please enter an integer between 1 and 65535.");
+    LinkForm quoted = link(LinkKind::None, "a\"b");
+    EXPECT_EQ(validateLinkForm(quoted), checkStorableValue("Linkage Name", "a\"b"));
+    DeviceDataForm point;
+    point.type = 0;
+    point.address = "1";
+    point.dataname = "db.x&y";
+    EXPECT_EQ(validateDeviceDataForm(point), checkStorableValue("Realtime Data", "db.x&y"));
     EXPECT_EQ(newLinkForm(LinkKind::TcpServer).listen_port, 1); // not the client's 8200
     EXPECT_EQ(newLinkForm(LinkKind::TcpClient).server_port, 8200);
 
