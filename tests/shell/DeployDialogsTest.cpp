@@ -424,8 +424,10 @@ TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
 
 TEST_F(DeployDialogs, EveryToolCommandHasItsDialogAndAnUploadIsOpened) {
     rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
+    // Every button but Undo and Redo, which wait for a step of the history.
     for (QAction* a : frame.toolBar()->actions())
-        if (!a->isSeparator())
+        if (!a->isSeparator() && a->data().toInt() != rq::cmd::kUndo &&
+            a->data().toInt() != rq::cmd::kRedo)
             EXPECT_TRUE(a->isEnabled()) << a->text().toStdString();
     const std::pair<int, const char*> dialogs[] = {
         {rq::cmd::kCompile, "Compile"},
