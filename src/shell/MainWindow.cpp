@@ -1,9 +1,9 @@
 #include "shell/MainWindow.h"
 
 #include "core/FileUtil.h"
-#include "shell/DeployDialogs.h"
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
+#include "shell/DeployDialogs.h"
 #include "shell/EditorEnv.h"
 #include "shell/ListView.h"
 #include "shell/ProjectDialogs.h"
@@ -172,6 +172,7 @@ void CMainFrame::createTree() {
     treeBar_->setObjectName("CPrjTreeBar");
     treeBar_->setAllowedAreas(Qt::AllDockWidgetAreas);
     tree_ = new CPrjTree(treeBar_);
+    tree_->setAccessibleName(treeBar_->windowTitle());
     treeBar_->setWidget(tree_);
     addDockWidget(Qt::LeftDockWidgetArea, treeBar_);
 

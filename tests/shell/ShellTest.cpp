@@ -385,6 +385,8 @@ TEST_F(Fixture, SecondStartAsksTheFirstToComeForward) {
 TEST_F(Fixture, DataDialogOkWithFailedCheckStaysOpen) {
     rqshell::CDataDialog d(sink, false);
     d.show();
+    EXPECT_EQ(str(d.nameEdit()->accessibleName()), "Data:"); // named by its label
+    EXPECT_EQ(str(d.typeBox()->accessibleName()), "Data Type:");
     d.nameEdit()->setText("");
     d.typeBox()->setCurrentIndex(5); // long: length locked at 4
     EXPECT_FALSE(d.lengthEdit()->isEnabled());

@@ -1,6 +1,7 @@
 #include "sections/rtdb/ui/RtdbDialogs.h"
 
 #include "core/DataTypes.h"
+#include "shell/Accessible.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -58,6 +59,7 @@ CDatabaseDialog::CDatabaseDialog(QWidget* parent) : QDialog(parent) {
     sync_->setChecked(true);
     form->addRow(qs(kDatabaseLabel), name_);
     form->addRow(QString(), sync_);
+    nameFieldsByLabels(this);
     setMinimumWidth(320);
 }
 
@@ -74,6 +76,7 @@ CDataGroupDialog::CDataGroupDialog(QWidget* parent) : QDialog(parent) {
     QFormLayout* form = frame(this, kGroupCaption, kGroupBox);
     name_ = new QLineEdit(this);
     form->addRow(qs(kGroupLabel), name_);
+    nameFieldsByLabels(this);
     setMinimumWidth(320);
 }
 
@@ -119,6 +122,7 @@ CDataDialog::CDataDialog(rq::MessageSink& sink, bool batch, QWidget* parent)
     connect(type_, &QComboBox::currentIndexChanged, this, &CDataDialog::onTypeChanged);
     connect(aliasCheck_, &QCheckBox::toggled, this, &CDataDialog::onAliasToggled);
     setForm(rq::newDataForm());
+    nameFieldsByLabels(this);
     setMinimumWidth(360);
 }
 
