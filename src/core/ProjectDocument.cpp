@@ -195,6 +195,7 @@ bool ProjectDocument::saveSection(int index, const std::string& dir, std::string
 
 SaveReport ProjectDocument::saveAll() {
     SaveReport report;
+    bool unsaved = false; // what the user changed is not all on disk
     const std::string& dir = model_.projectDirectory;
     for (int i = 0; i < kSectionCount; ++i) {
         const std::string path = joinPath(dir, kSectionFiles[i]);
@@ -207,12 +208,14 @@ SaveReport ProjectDocument::saveAll() {
                                     "with the section as it is now?",
                                 MessageIcon::Question, true)) {
                 report.kept.push_back(path + ": left as it is on disk, because " + why);
+                unsaved = unsaved || edited_[i];
                 continue;
             }
         }
         std::string reason;
         if (!saveSection(i, dir, &reason)) {
             report.failures.push_back(path + ": " + reason);
+            unsaved = true;
             continue;
         }
         if (sectionUnreadable(i)) {
@@ -222,13 +225,15 @@ SaveReport ProjectDocument::saveAll() {
             });
         }
     }
-    model_.modified = false;
-    // A file that was not written does not hold this state: undoing back to it
+    // A file that was not written, or an edited section whose damaged file was
+    // kept, does not hold this state: the project stays modified, so that closing
+    // asks again instead of dropping the edits, and undoing back to this state
     // must not make the project look saved.
-    if (report.failures.empty())
-        history_.setClean();
-    else
+    model_.modified = unsaved;
+    if (unsaved)
         history_.leaveClean();
+    else
+        history_.setClean();
     savedProjectText_ = sectionText(0);
     return report;
 }

@@ -75,9 +75,10 @@ public:
 
     // Writes the thirteen files in order into the project directory. A file that
     // cannot be written is reported and the others are still written; `modified`
-    // is cleared. A file whose bytes would not read back (a value holding '"', '<'
-    // or '&', which the writers store unescaped) is not written: the old file stays
-    // and the failure names it. A section marked unreadable leaves its file as it is
+    // is cleared, unless a file could not be written or an edited section's
+    // damaged file was kept (the edits are then not on disk). A file whose bytes would not read
+    // back (a value holding '"', '<' or '&', which the writers store unescaped) is not written: the
+    // old file stays and the failure names it. A section marked unreadable leaves its file as it is
     // (reported in `kept`), unless it was edited since the open and the user agrees
     // to replace the file.
     SaveReport saveAll();
