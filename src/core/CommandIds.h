@@ -58,6 +58,11 @@ inline constexpr int kModifyDeviceData = 32837;
 inline constexpr int kNewDeviceData2 = 32839;
 inline constexpr int kDeleteDeviceData2 = 32840;
 inline constexpr int kModifyDeviceData2 = 32841;
+// Parameters: the list's menu of the "Parameter" node (this program's own
+// numbers; the node has no tree menu).
+inline constexpr int kNewParameter = 32917;
+inline constexpr int kDeleteParameter = 32918;
+inline constexpr int kModifyParameter = 32919;
 // The edit history.
 inline constexpr int kUndo = 57643;
 inline constexpr int kRedo = 57644;

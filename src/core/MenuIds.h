@@ -22,4 +22,5 @@ inline constexpr int kModulesList = 145;
 inline constexpr int kRedundancyTree = 146;
 inline constexpr int kFbdTree = 147;
 inline constexpr int kFbdList = 148;
+inline constexpr int kParamList = 149;
 } // namespace rq::menuid

@@ -315,6 +315,7 @@ SectionObject sectionOfCommand(int command) {
         {{32827, 32828, 32829, 32830, 32831, 32833, 32834, 32914, 32916, 32835, 32836, 32837, 32839,
           32840, 32841},
          SectionObject::Device},
+        {{32917, 32918, 32919}, SectionObject::Param},
         {{32842, 32843, 32844, 32845, 32846, 32848, 32849}, SectionObject::DataLog},
         {{32853, 32912, 32913, 32850, 32851, 32852}, SectionObject::History},
         {{32854, 32855, 32856, 32857, 32858, 32859, 32909}, SectionObject::Alarm},

@@ -166,6 +166,7 @@ enum class SectionObject {
     HmiDb,
     HmiWindow,
     Device,
+    Param,
     DataLog,
     History,
     Alarm,

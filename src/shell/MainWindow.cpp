@@ -2,6 +2,7 @@
 
 #include "core/FileUtil.h"
 #include "sections/device/ui/DeviceEditorUi.h"
+#include "sections/param/ui/ParamEditorUi.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
 #include "shell/DeployDialogs.h"
 #include "shell/EditorEnv.h"
@@ -99,6 +100,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     const EditorEnv env{*project_, *sink_, this, catalogs_, programDir_};
     registerEditor(FixedNode::RealtimeDatabase, rq::SectionObject::Rtdb, makeRtdbEditor(env));
     registerEditor(FixedNode::Device, rq::SectionObject::Device, makeDeviceEditor(env));
+    registerEditor(FixedNode::Parameter, rq::SectionObject::Param, makeParamEditor(env));
 
     struct Pending {
         FixedNode node;

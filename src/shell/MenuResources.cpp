@@ -93,6 +93,9 @@ const std::vector<MenuEntry>& contextMenu(int id) {
         {menuid::kFbdTree,
          {item("New FDB", 32864), item("Delete FBD", 32865), item("Configuration", 32866)}},
         {menuid::kFbdList, {item("Modify(&P)", 32868)}},
+        {menuid::kParamList,
+         {item("New Parameter(&N)", 32917), item("Delete Parameter(&D)", 32918),
+          item("Modify(&P)", 32919)}},
     };
     static const std::vector<MenuEntry> none;
     auto it = menus.find(id);
@@ -110,6 +113,7 @@ CommandPrompt commandPrompt(int command) {
         {32873, "Download startup image \nDownload Startup Image"},
         {32875, "Online simulate  HMI running\nOnline Simulator"},
         {32911, "HMI print configuration"},
+        {32919, "Modify Parameter"},
         {103, "View Project Manager"},
         {32771, "View Menubar"},
     };

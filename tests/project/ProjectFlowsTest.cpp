@@ -422,6 +422,7 @@ TEST(CommandTable, SectionsAndHmiGating) {
     EXPECT_EQ(rq::sectionOfCommand(32906), rq::SectionObject::Rtdb);
     EXPECT_EQ(rq::sectionOfCommand(32874), rq::SectionObject::HmiDb);
     EXPECT_EQ(rq::sectionOfCommand(32916), rq::SectionObject::Device);
+    EXPECT_EQ(rq::sectionOfCommand(32919), rq::SectionObject::Param);
     EXPECT_EQ(rq::sectionOfCommand(32909), rq::SectionObject::Alarm);
     EXPECT_EQ(rq::sectionOfCommand(32868), rq::SectionObject::Fbd);
     EXPECT_EQ(rq::sectionOfCommand(32809), rq::SectionObject::None);

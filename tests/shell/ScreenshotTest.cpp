@@ -3,6 +3,7 @@
 // output directory (tools/screenshots.sh does so under Xvfb).
 
 #include "sections/device/ui/DeviceDialogs.h"
+#include "sections/param/ui/ParamDialogs.h"
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
@@ -198,6 +199,20 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
         data.setForm(rq::dataFormFromRecord(catalogs.io, io, io.data[0]));
         save(data, "device-data-setting");
     }
+
+    // The parameters: the list of the "Parameter" node, its menu and "Parameter
+    // Setting" filled from the first record.
+    tree.setCurrentItem(tree.fixedNode(rqshell::FixedNode::Parameter));
+    save(frame, "param-list");
+    {
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kParamList, &frame));
+        menu->adjustSize();
+        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-param-list.png")));
+    }
+    rqshell::CParamDialog param(frame.project().rtdb, source.system, sink);
+    if (!frame.project().param.items.empty())
+        param.setForm(rq::paramFormFromRecord(frame.project().param.items.front()));
+    save(param, "param-setting");
 
     // The node image strip, eight times enlarged.
     QImage strip = rqshell::nodeImageStrip();

@@ -1,5 +1,7 @@
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/device/ui/DeviceEditorUi.h"
+#include "sections/param/ui/ParamDialogs.h"
+#include "sections/param/ui/ParamEditorUi.h"
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
@@ -674,6 +676,101 @@ TEST_F(Fixture, BrowseDialogListsProjectAndSystemDatabasesWithExclusions) {
     EXPECT_GT(sys->databaseCount(), 0u);
     EXPECT_EQ(sys, rqshell::systemDatabase(rqtest::programDir()));
     EXPECT_EQ(rqshell::systemDatabase("/nonexistent"), nullptr);
+}
+
+// Scripted "Parameter Setting" for the commands run from the list.
+struct ScriptedParamDialogs : rq::ParamDialogHost {
+    std::deque<rq::ParamForm> forms;
+    bool paramDialog(rq::ParamForm& f) override { return ScriptedRtdbDialogs::next(forms, f); }
+};
+
+TEST_F(MainWindowTest, ParametersShowAsTheListOfTheirNode) {
+    rqtest::TempDir dir;
+    std::filesystem::copy(std::string(std::getenv("RQ_SOURCE_DIR")) + "/data/examples/demo",
+                          dir.path() / "demo", std::filesystem::copy_options::recursive);
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(dir.file("demo"))));
+    ScriptedParamDialogs dialogs;
+    frame.editor<rq::ParamSectionEditor>(rq::SectionObject::Param).setDialogHost(&dialogs);
+    rqshell::CPrjTree& tree = frame.tree();
+    QTreeWidgetItem* node = tree.fixedNode(FixedNode::Parameter);
+    EXPECT_EQ(node->childCount(), 0);
+    tree.setCurrentItem(node);
+    rqshell::TreeNodeHandler* h = tree.selectedHandler();
+    ASSERT_NE(h, nullptr);
+    EXPECT_EQ(h->GetMenuId(), 0);
+    EXPECT_EQ(h->GetListMenuId(), rqshell::menuid::kParamList);
+    std::unique_ptr<QMenu> menu(frame.buildContextMenu(h->GetListMenuId(), &frame));
+    std::vector<std::string> got;
+    for (QAction* a : menu->actions())
+        got.push_back(str(a->text()) + "|" + std::to_string(a->data().toInt()) + "|" +
+                      (a->isEnabled() ? "on" : "off"));
+    EXPECT_EQ(got,
+              (std::vector<std::string>{"New Parameter(&N)|32917|on",
+                                        "Delete Parameter(&D)|32918|on", "Modify(&P)|32919|on"}));
+
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.columnCount(), 3);
+    EXPECT_EQ(list.rowCount(), 2);
+    EXPECT_EQ(str(list.text(0, 1)), "Level_SetPoint");
+    EXPECT_GE(frame.view().columnWidth(2), 150);
+
+    // Insert adds, Enter modifies the selected row, Delete deletes it; undo.
+    dialogs.forms = {{"hmi", "Mode", "3"}};
+    press(frame.view(), Qt::Key_Insert);
+    ASSERT_EQ(list.rowCount(), 3);
+    EXPECT_EQ(str(list.text(2, 2)), "3");
+    frame.view().selectRow(2);
+    dialogs.forms = {{"hmi", "Mode", "4"}};
+    press(frame.view(), Qt::Key_Return);
+    EXPECT_EQ(str(list.text(2, 2)), "4");
+    EXPECT_EQ(str(frame.action(57643)->text()), "Undo Modify Parameter");
+    frame.view().selectRow(2);
+    sink.answers = {true};
+    press(frame.view(), Qt::Key_Delete);
+    EXPECT_EQ(list.rowCount(), 2);
+    for (int i = 0; i < 3; ++i)
+        frame.runCommand(57643);
+    EXPECT_EQ(list.rowCount(), 2);
+    EXPECT_FALSE(frame.project().model().modified);
+    frame.runCommand(57644);
+    EXPECT_EQ(list.rowCount(), 3);
+    EXPECT_TRUE(frame.project().model().modified);
+}
+
+TEST_F(Fixture, ParameterDialogNamesComeFromThePickButtonOnly) {
+    rq::RtdbSection project;
+    rq::DataNode& db = project.root().addDatabase("plant");
+    db.addItem(rq::DataItem::makeData("level", "float", "4", "0", ""));
+    rqshell::CParamDialog d(project, nullptr, sink);
+    EXPECT_EQ(str(d.windowTitle()), "Parameter Setting");
+    EXPECT_TRUE(d.databaseEdit()->isReadOnly());
+    EXPECT_TRUE(d.dataEdit()->isReadOnly());
+    EXPECT_FALSE(d.valueEdit()->isReadOnly());
+    EXPECT_EQ(str(d.databaseEdit()->accessibleName()), "Database Name:");
+    EXPECT_EQ(str(d.dataEdit()->accessibleName()), "Realtime Data Name:");
+    EXPECT_EQ(str(d.valueEdit()->accessibleName()), "Initial Value:");
+    EXPECT_FALSE(d.pickButton()->accessibleName().isEmpty());
+    d.show();
+    d.valueEdit()->setText("1.5");
+    d.accept();
+    EXPECT_TRUE(d.isVisible());
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"Please choose data!"});
+
+    // The pick button opens the browse dialog; its choice fills both names.
+    QTimer::singleShot(0, [&] {
+        auto* b = qobject_cast<rqshell::CRtdbBrowseDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(b, nullptr);
+        b->selectNode(&db);
+        b->list()->selectRow(0);
+        b->accept();
+    });
+    d.pickButton()->click();
+    EXPECT_EQ(d.form().dbname, "plant");
+    EXPECT_EQ(d.form().dataname, "level");
+    d.accept();
+    EXPECT_FALSE(d.isVisible());
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+    EXPECT_EQ(d.form().value, "1.5");
 }
 
 } // namespace
