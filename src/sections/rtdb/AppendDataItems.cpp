@@ -6,12 +6,14 @@ AppendDataItems::AppendDataItems(std::string name, DataNode& node, std::vector<D
     : EditCommand(std::move(name), kRtdbSectionIndex), node_(node), start_(node.itemCount()),
       items_(std::move(items)) {}
 
+// The items move between the step and the list: neither undo nor redo copies them.
 void AppendDataItems::redo() {
-    node_.appendItems(items_);
+    node_.appendItems(std::move(items_));
+    items_.clear();
 }
 
 void AppendDataItems::undo() {
-    node_.truncateItems(start_);
+    items_ = node_.takeItemsFrom(start_);
 }
 
 } // namespace rq

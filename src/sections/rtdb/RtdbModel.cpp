@@ -304,6 +304,43 @@ void DataNode::appendItems(const std::vector<DataItem>& items) {
     }
 }
 
+void DataNode::appendItems(std::vector<DataItem>&& items) {
+    if (items_.empty()) {
+        if (RtdbNameIndex* idx = index()) {
+            idx->reserve(idx->size() + items.size());
+            for (const DataItem& item : items)
+                idx->addItem(item);
+        }
+        items_ = std::move(items);
+        return;
+    }
+    items_.reserve(items_.size() + items.size());
+    RtdbNameIndex* idx = index();
+    if (idx)
+        idx->reserve(idx->size() + items.size());
+    for (DataItem& item : items) {
+        if (idx)
+            idx->addItem(item);
+        items_.push_back(std::move(item));
+    }
+    items.clear();
+}
+
+std::vector<DataItem> DataNode::takeItemsFrom(std::size_t count) {
+    std::vector<DataItem> tail;
+    if (count >= items_.size())
+        return tail;
+    tail.reserve(items_.size() - count);
+    RtdbNameIndex* idx = index();
+    for (std::size_t i = count; i < items_.size(); ++i) {
+        if (idx)
+            idx->removeItem(items_[i]);
+        tail.push_back(std::move(items_[i]));
+    }
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(count), items_.end());
+    return tail;
+}
+
 void DataNode::truncateItems(std::size_t count) {
     if (count >= items_.size())
         return;

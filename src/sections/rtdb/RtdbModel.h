@@ -165,7 +165,10 @@ public:
     void restoreItems(const std::vector<std::pair<std::size_t, DataItem>>& removed);
     // Appends items / removes every item from position `count` on.
     void appendItems(const std::vector<DataItem>& items);
+    void appendItems(std::vector<DataItem>&& items);
     void truncateItems(std::size_t count);
+    // Moves the items from position `count` on out of the list.
+    std::vector<DataItem> takeItemsFrom(std::size_t count);
     void reserveItems(std::size_t count) { items_.reserve(count); }
     // Database only: sizes the namespace index for that many names.
     void reserveNames(std::size_t count);
