@@ -93,6 +93,9 @@ public:
     // itself (true keeps the text; the step goes on the history).
     virtual bool canRename(const void* node) const { return false; }
     virtual bool rename(void* node, const std::string& text) { return false; }
+    // Whether the editor has this one of the section's commands; the menus show
+    // the others disabled.
+    virtual bool handles(int command) const { return true; }
     // Runs one of the section's commands on the selection.
     virtual EditorResult run(int command, const EditorSelection& selection) = 0;
 };

@@ -322,6 +322,7 @@ SectionObject sectionOfCommand(int command) {
         {{32860, 32861, 32862}, SectionObject::Modules},
         {{32863}, SectionObject::Redundancy},
         {{32864, 32865, 32866, 32868}, SectionObject::Fbd},
+        {{32911}, SectionObject::Printer},
     };
     for (const Range& r : table)
         for (int n : r.numbers)

@@ -173,6 +173,7 @@ enum class SectionObject {
     Modules,
     Redundancy,
     Fbd,
+    Printer,
 };
 
 // The section object that handles a section command; None for other numbers.

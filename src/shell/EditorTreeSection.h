@@ -26,6 +26,7 @@ public:
     rq::SectionObject object() const override { return object_; }
     void clearNodes() override;
     void rebuildNodes() override;
+    bool handles(int command) const override { return editor_->handles(command); }
     void runCommand(int command) override;
     void historyChanged() override;
 

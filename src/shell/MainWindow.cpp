@@ -1,9 +1,13 @@
 #include "shell/MainWindow.h"
 
 #include "core/FileUtil.h"
+#include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/param/ui/ParamEditorUi.h"
+#include "sections/printer/ui/PrinterDialog.h"
+#include "sections/redundancy/ui/RedundancyDialog.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
+#include "shell/CommandSection.h"
 #include "shell/DeployDialogs.h"
 #include "shell/EditorEnv.h"
 #include "shell/ListView.h"
@@ -101,6 +105,10 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     registerEditor(FixedNode::RealtimeDatabase, rq::SectionObject::Rtdb, makeRtdbEditor(env));
     registerEditor(FixedNode::Device, rq::SectionObject::Device, makeDeviceEditor(env));
     registerEditor(FixedNode::Parameter, rq::SectionObject::Param, makeParamEditor(env));
+    registerEditor(FixedNode::Redundant, rq::SectionObject::Redundancy, makeRedundancyEditor(env));
+    registerEditor(FixedNode::Alarm, rq::SectionObject::Alarm, makeAlarmEditor(env));
+    registerSection(std::make_unique<CommandSection>(rq::SectionObject::Printer,
+                                                     makePrinterEditor(env), shellContext()));
 
     struct Pending {
         FixedNode node;
@@ -113,8 +121,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
         {FixedNode::FunctionBlock, menuid::kFbdTree, 0},
         {FixedNode::RealtimeRecord, menuid::kDataLogTree, menuid::kDataLogList},
         {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
-        {FixedNode::Alarm, menuid::kAlarmTree, 0},
-        {FixedNode::Redundant, menuid::kRedundancyTree, 0},
         {FixedNode::Module, 0, menuid::kModulesList},
     };
     for (const Pending& p : pending) {
@@ -355,7 +361,8 @@ bool CMainFrame::commandEnabled(int command) const {
     if (command >= kFirstRecent && command < kFirstRecent + kRecentCount)
         return command - kFirstRecent < recentFiles().size();
     rq::SectionObject object = rq::sectionOfCommand(command);
-    if (object == rq::SectionObject::None || !sectionFor(object))
+    const ShellSection* section = object == rq::SectionObject::None ? nullptr : sectionFor(object);
+    if (!section || !section->handles(command))
         return false;
     return rq::commandAllowedByHmiType(command, project_->model().hmiType);
 }

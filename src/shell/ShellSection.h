@@ -34,6 +34,9 @@ public:
     virtual void clearNodes() = 0;
     // After a project has been loaded: puts the child nodes back from the model.
     virtual void rebuildNodes() = 0;
+    // Whether the section has built this one of its commands; the others stay
+    // disabled.
+    virtual bool handles(int command) const { return true; }
     // Runs one of the section's commands (sectionOfCommand(command) == object()).
     virtual void runCommand(int command) = 0;
     // A step of the history was undone or redone: the nodes and the list are shown

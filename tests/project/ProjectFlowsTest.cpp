@@ -425,6 +425,7 @@ TEST(CommandTable, SectionsAndHmiGating) {
     EXPECT_EQ(rq::sectionOfCommand(32919), rq::SectionObject::Param);
     EXPECT_EQ(rq::sectionOfCommand(32909), rq::SectionObject::Alarm);
     EXPECT_EQ(rq::sectionOfCommand(32868), rq::SectionObject::Fbd);
+    EXPECT_EQ(rq::sectionOfCommand(32911), rq::SectionObject::Printer);
     EXPECT_EQ(rq::sectionOfCommand(32809), rq::SectionObject::None);
 
     rq::HmiDeviceType none, fbd, red;

@@ -2,8 +2,11 @@
 // PNG files, for a person to look at. Runs only when RQ_SCREENSHOT_DIR names the
 // output directory (tools/screenshots.sh does so under Xvfb).
 
+#include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/param/ui/ParamDialogs.h"
+#include "sections/printer/ui/PrinterDialog.h"
+#include "sections/redundancy/ui/RedundancyDialog.h"
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
@@ -213,6 +216,18 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     if (!frame.project().param.items.empty())
         param.setForm(rq::paramFormFromRecord(frame.project().param.items.front()));
     save(param, "param-setting");
+    // The configuration dialogs on the demo's values.
+    rqshell::CRedundancyDialog redundancy(sink);
+    redundancy.setForm(rq::redundancyFormFromConfig(frame.project().redundancy.config()));
+    save(redundancy, "redundant-configuration");
+    rq::PrinterCatalog printers;
+    printers.load(rqtest::programDir() + "/" + rq::PrinterCatalog::kFileName, nullptr);
+    rqshell::CPrintConfigDialog print(printers, sink);
+    print.setForm(rq::printerFormFromConfig(frame.project().printer.config(), printers));
+    save(print, "print-configuration");
+    rqshell::CAlarmConfigDialog alarm(sink);
+    alarm.setForm({frame.project().alarm.logSize()});
+    save(alarm, "alarm-configuration");
 
     // The node image strip, eight times enlarged.
     QImage strip = rqshell::nodeImageStrip();

@@ -1,7 +1,10 @@
+#include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/param/ui/ParamEditorUi.h"
+#include "sections/printer/ui/PrinterDialog.h"
+#include "sections/redundancy/ui/RedundancyDialog.h"
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
@@ -113,9 +116,9 @@ TEST_F(MainWindowTest, MainMenuEntriesCommandsShortcutsAndStates) {
             "Upload Project...|32872||on", "Download Package...|3||on",
             "Download Startup Image...|32873||on", "HMI Running Condition Monitoring|32915||on"}));
     EXPECT_EQ(entries("Configuration(&C)"),
-              (std::vector<std::string>{"Alarm Configuration|32856||off",
+              (std::vector<std::string>{"Alarm Configuration|32856||on",
                                         "Redundant Configuration|32863||off",
-                                        "Print Configuration|32911||off"}));
+                                        "Print Configuration|32911||on"}));
     EXPECT_EQ(entries("Help(&H)"),
               (std::vector<std::string>{"User Guide|32990|F1|on", "About(&A)...|57664||on"}));
 
@@ -205,7 +208,7 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
         {FixedNode::Alarm,
          true,
          {"Add Alarm Group|32854|off", "Delete Alram Group|32855|off",
-          "Modify Alarm Group|32909|off", "Configuration|32856|off"}},
+          "Modify Alarm Group|32909|off", "Configuration|32856|on"}},
         {FixedNode::Module,
          false,
          {"Add Module(&N)|32860|off", "Delete Module(&D)|32861|off", "Modify(&P)|32862|off"}},
@@ -327,6 +330,72 @@ TEST_F(MainWindowTest, NewProjectAndAddDataThroughTheRealDialogs) {
     EXPECT_EQ(str(frame.view().listModel().text(0, 1)), "string");
     EXPECT_EQ(str(frame.view().listModel().text(0, 2)), "12");
     EXPECT_TRUE(frame.project().model().modified);
+}
+
+// The three dialogs of the Configuration menu, each through its menu entry: every
+// field named, OK one step that Undo takes back.
+TEST_F(MainWindowTest, ConfigurationMenuOpensItsDialogsAndEachOkIsOneStep) {
+    rq::HmiDeviceType redundant;
+    redundant.redundancy = 1;
+    frame.project().model().hmiType = &redundant;
+    frame.updateCommandStates();
+    auto named = [](QDialog* d) {
+        for (QWidget* w : d->findChildren<QWidget*>())
+            if ((qobject_cast<QLineEdit*>(w) || qobject_cast<QComboBox*>(w)) &&
+                w->accessibleName().isEmpty())
+                return false;
+        return true;
+    };
+    rq::Project& p = frame.project();
+
+    ASSERT_TRUE(frame.action(32863)->isEnabled());
+    onNextModal<rqshell::CRedundancyDialog>([&](rqshell::CRedundancyDialog* d) {
+        EXPECT_TRUE(named(d));
+        EXPECT_EQ(str(d->masterIpEdit(1)->accessibleName()), "2: Primary IP Address:");
+        EXPECT_EQ(d->roleBox()->count(), 4);
+        d->roleBox()->setCurrentIndex(2);
+        d->masterIpEdit(0)->setText("10.1.1.1");
+        d->accept();
+    });
+    frame.action(32863)->trigger();
+    EXPECT_EQ(p.redundancy.config().type, "slave");
+    EXPECT_EQ(p.redundancy.config().linkMasterIp[0], "10.1.1.1");
+
+    ASSERT_TRUE(frame.action(32911)->isEnabled());
+    onNextModal<rqshell::CPrintConfigDialog>([&](rqshell::CPrintConfigDialog* d) {
+        EXPECT_TRUE(named(d));
+        EXPECT_EQ(d->printerBox()->currentIndex(), 0); // the new project's escp2-me1
+        ASSERT_GE(d->printerBox()->count(), 2);
+        d->printerBox()->setCurrentIndex(1);
+        d->topMarginEdit()->setText("2.0");
+        d->accept();
+    });
+    frame.action(32911)->trigger();
+    rq::PrinterCatalog catalog;
+    ASSERT_TRUE(catalog.load(rqtest::programDir() + "/printerconf.xml", nullptr));
+    EXPECT_EQ(p.printer.config().printerName, catalog.printers[1].driver);
+    EXPECT_EQ(p.printer.config().topMargin, "2.0");
+
+    ASSERT_TRUE(frame.action(32856)->isEnabled());
+    onNextModal<rqshell::CAlarmConfigDialog>([&](rqshell::CAlarmConfigDialog* d) {
+        EXPECT_TRUE(named(d));
+        d->sizeEdit()->setText("many");
+        d->accept(); // refused, stays open
+        d->sizeEdit()->setText("300");
+        d->accept();
+    });
+    frame.action(32856)->trigger();
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{rq::alarmtext::kBadBufferSize});
+    EXPECT_EQ(p.alarm.logSize(), "300");
+    EXPECT_TRUE(p.model().modified);
+
+    EXPECT_EQ(str(frame.action(57643)->text()), "Undo Alarm Configuration");
+    frame.runCommand(57643);
+    frame.runCommand(57643);
+    frame.runCommand(57643);
+    EXPECT_EQ(p.alarm.logSize(), rq::AlarmSection::kDefaultLogSize);
+    EXPECT_EQ(p.printer.config(), rq::PrinterConfig{});
+    EXPECT_EQ(p.redundancy.config(), rq::RedundancyConfig{});
 }
 
 // A section object that only records its commands, to see the gating by HMI type.
