@@ -1,4 +1,5 @@
 #include "shell/DeployDialogs.h"
+#include "shell/Accessible.h"
 
 #include "core/FileUtil.h"
 #include "core/HmiDeviceCatalog.h"
@@ -273,6 +274,7 @@ CCompileDialog::CCompileDialog(rq::ProjectDocument& document, rq::MessageSink& s
     const rq::ProjectModel& m = document_.model();
     setFields({m.defines, m.libs, m.include, m.libs_linux});
     setMinimumWidth(620);
+    nameFieldsByLabels(this);
 }
 
 CCompileDialog::~CCompileDialog() {
@@ -379,6 +381,7 @@ CDownloadDialog::CDownloadDialog(rq::ProjectDocument& document, std::string prog
     connect(clock_, &QPushButton::clicked, this, &CDownloadDialog::adjustClock);
     connect(password_, &QPushButton::clicked, this, &CDownloadDialog::editPassword);
     connect(quit_, &QPushButton::clicked, this, &CDownloadDialog::reject);
+    nameFieldsByLabels(this);
 }
 
 void CDownloadDialog::createPackage() {
@@ -442,6 +445,7 @@ CUploadDialog::CUploadDialog(std::string currentProjectDir, std::string defaultI
     });
     connect(upload_, &QPushButton::clicked, this, &CUploadDialog::startUpload);
     connect(quit_, &QPushButton::clicked, this, &CUploadDialog::reject);
+    nameFieldsByLabels(this);
 }
 
 void CUploadDialog::startUpload() {
@@ -495,6 +499,7 @@ CUpgradeDialog::CUpgradeDialog(std::string defaultIp, rq::MessageSink& sink, QWi
                                                           bridge_));
     });
     connect(quit_, &QPushButton::clicked, this, &CUpgradeDialog::reject);
+    nameFieldsByLabels(this);
 }
 
 // ---- Download Startup Image ------------------------------------------------------
@@ -543,6 +548,7 @@ CLogoDialog::CLogoDialog(const rq::ProjectModel& model, std::string programDir,
         startJob(std::move(job));
     });
     connect(quit_, &QPushButton::clicked, this, &CLogoDialog::reject);
+    nameFieldsByLabels(this);
 }
 
 // ---- Running Monitoring ----------------------------------------------------------
@@ -589,6 +595,7 @@ CMonitorDialog::CMonitorDialog(std::string defaultIp, std::string programDir, rq
     connect(monitoring_, &QPushButton::clicked, this, &CMonitorDialog::startMonitoring);
     connect(quit_, &QPushButton::clicked, this, &CMonitorDialog::quit);
     setMinimumWidth(480);
+    nameFieldsByLabels(this);
 }
 
 CMonitorDialog::~CMonitorDialog() {
@@ -694,6 +701,7 @@ CPasswordDialog::CPasswordDialog(rq::ProjectModel& model, rq::MessageSink& sink,
     connect(ok, &QPushButton::clicked, this, &CPasswordDialog::accept);
     connect(cancel, &QPushButton::clicked, this, &CPasswordDialog::reject);
     setMinimumWidth(360);
+    nameFieldsByLabels(this);
 }
 
 void CPasswordDialog::accept() {

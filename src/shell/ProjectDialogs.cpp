@@ -1,4 +1,5 @@
 #include "shell/ProjectDialogs.h"
+#include "shell/Accessible.h"
 
 #include "RqVersion.h"
 
@@ -63,6 +64,7 @@ CProjectDialog::CProjectDialog(const rq::HmiDeviceCatalog& catalog, rq::ProjectD
     outer->addWidget(buttons);
     connect(browse_, &QPushButton::clicked, this, &CProjectDialog::browse);
     setMinimumWidth(460);
+    nameFieldsByLabels(this);
 }
 
 void CProjectDialog::setForm(const rq::ProjectForm& f) {
@@ -133,6 +135,7 @@ COnlineSimulationDialog::COnlineSimulationDialog(QWidget* parent) : QDialog(pare
     });
     setForm(rq::OnlineSimulationForm{});
     setMinimumWidth(340);
+    nameFieldsByLabels(this);
 }
 
 void COnlineSimulationDialog::setForm(const rq::OnlineSimulationForm& f) {
