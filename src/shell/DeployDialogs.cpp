@@ -1,5 +1,6 @@
 #include "shell/DeployDialogs.h"
 #include "shell/Accessible.h"
+#include "shell/QtText.h"
 
 #include "core/FileUtil.h"
 #include "core/HmiDeviceCatalog.h"
@@ -23,13 +24,6 @@
 namespace rqshell {
 
 namespace {
-
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
 
 QPushButton* button(const QString& text, QWidget* parent) {
     auto* b = new QPushButton(text, parent);

@@ -1,4 +1,5 @@
 #include "shell/MainWindow.h"
+#include "shell/QtText.h"
 
 #include "core/FileUtil.h"
 #include "sections/alarm/ui/AlarmDialogs.h"
@@ -33,10 +34,6 @@
 namespace rqshell {
 
 namespace {
-
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
 
 constexpr int kRecentCount = 4;
 constexpr int kFirstRecent = rq::cmd::kRecentFile; // 57616 .. 57619

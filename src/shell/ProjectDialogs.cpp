@@ -1,5 +1,6 @@
 #include "shell/ProjectDialogs.h"
 #include "shell/Accessible.h"
+#include "shell/QtText.h"
 
 #include "RqVersion.h"
 
@@ -16,14 +17,7 @@
 
 namespace rqshell {
 
-namespace {
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
-} // namespace
+namespace {} // namespace
 
 CProjectDialog::CProjectDialog(const rq::HmiDeviceCatalog& catalog, rq::ProjectDialogMode mode,
                                QWidget* parent)

@@ -1,4 +1,5 @@
 #include "sections/device/ui/DeviceDialogs.h"
+#include "shell/QtText.h"
 
 #include "shell/Accessible.h"
 
@@ -16,16 +17,6 @@ namespace rqshell {
 namespace {
 
 using namespace rq::devicetext;
-
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-QString qs(const char* s) {
-    return QString::fromUtf8(s);
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
 
 template <std::size_t N> QComboBox* choiceBox(const std::array<const char*, N>& items, QWidget* p) {
     auto* box = new QComboBox(p);

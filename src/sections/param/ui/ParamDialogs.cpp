@@ -1,4 +1,5 @@
 #include "sections/param/ui/ParamDialogs.h"
+#include "shell/QtText.h"
 
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "shell/Accessible.h"
@@ -16,16 +17,6 @@ namespace rqshell {
 namespace {
 
 using namespace rq::paramtext;
-
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-QString qs(const char* s) {
-    return QString::fromUtf8(s);
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "sections/printer/ui/PrinterDialog.h"
+#include "shell/QtText.h"
 
 #include "core/FileUtil.h"
 #include "shell/Accessible.h"
@@ -15,13 +16,6 @@ namespace rqshell {
 namespace {
 
 using namespace rq::printertext;
-
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
 
 // The editor with the Qt dialog it opens; the catalog beside the program.
 class PrinterQtEditor : public rq::PrinterSectionEditor {

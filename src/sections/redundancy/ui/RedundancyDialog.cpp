@@ -1,4 +1,5 @@
 #include "sections/redundancy/ui/RedundancyDialog.h"
+#include "shell/QtText.h"
 
 #include "shell/Accessible.h"
 
@@ -16,13 +17,6 @@ namespace rqshell {
 namespace {
 
 using namespace rq::redundancytext;
-
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
 
 // The editor with the Qt dialog it opens.
 class RedundancyQtEditor : public rq::RedundancySectionEditor {

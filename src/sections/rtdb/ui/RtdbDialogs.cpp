@@ -1,4 +1,5 @@
 #include "sections/rtdb/ui/RtdbDialogs.h"
+#include "shell/QtText.h"
 
 #include "core/DataTypes.h"
 #include "shell/Accessible.h"
@@ -18,16 +19,6 @@ namespace rqshell {
 namespace {
 
 using namespace rq::rtdbtext;
-
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-QString qs(const char* s) {
-    return QString::fromUtf8(s);
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
 
 // A group box holding a form layout, with OK and Cancel below it.
 QFormLayout* frame(QDialog* dialog, const char* caption, const char* box) {

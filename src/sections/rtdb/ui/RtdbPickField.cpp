@@ -1,4 +1,5 @@
 #include "sections/rtdb/ui/RtdbPickField.h"
+#include "shell/QtText.h"
 
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "shell/Accessible.h"
@@ -9,14 +10,7 @@
 
 namespace rqshell {
 
-namespace {
-QString qs(const std::string& s) {
-    return QString::fromUtf8(s.data(), qsizetype(s.size()));
-}
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
-} // namespace
+namespace {} // namespace
 
 CRtdbPickField::CRtdbPickField(const rq::RtdbSection& project, const rq::RtdbSection* system,
                                const QString& label, Form form, QWidget* parent)
