@@ -44,8 +44,8 @@ for target in "$@"; do
     if "$bin/$target" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 \
         -max_len=65536 -print_final_stats=1 \
         -artifact_prefix="$bin/artifacts/$target-" "$corpus" >"$log" 2>&1; then
-        runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
-        cov=$(grep -o 'cov: [0-9]*' "$log" | tail -1)
+        runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
+        cov=$(grep -a -o 'cov: [0-9]*' "$log" | tail -n 1)
         echo "ok ($runs runs, $cov)"
     else
         echo "FOUND SOMETHING, see $log"
