@@ -44,9 +44,11 @@ private:
         blocks_.push_back(std::move(item));
     }
 
-    // "EN" and "TYPE" are the writer's own lines: they go back into the enabling
-    // reference and the member kind, the first of each only. A "TYPE" of a class
-    // without member kinds is dropped, since the writer would never write it.
+    // "EN" and "TYPE" are the writer's own lines: the first "EN" goes back into the
+    // enabling reference, the first "TYPE" of a class with member kinds into the
+    // member kind. Any other "EN" or "TYPE" line (a second one, a "TYPE" without
+    // keyword, or "TYPE" on a class without member kinds or of an unknown keyword)
+    // stays a binding in its place, so that saving the block again writes it again.
     void param(const xmlNode* element, const FbdBlockClass* cls, FbdItem& item, bool& seenEnable,
                bool& seenType) {
         FbdParam p;
@@ -57,25 +59,16 @@ private:
             ctx_.drop("param of fbd \"" + item.name + "\"", "no name; left out");
             return;
         }
-        if (p.name == FbdSection::kEnableParam) {
-            if (!seenEnable) {
-                seenEnable = true;
-                if (!(p.dbname == FbdSection::kSystemDb && p.varname == FbdSection::kAlwaysTrue))
-                    item.enable = DataRef{std::move(p.dbname), std::move(p.varname)};
-            } else {
-                ctx_.drop("param \"EN\" of fbd \"" + item.name + "\"",
-                          "a second enabling parameter; only the first is kept");
-            }
+        if (p.name == FbdSection::kEnableParam && !seenEnable) {
+            seenEnable = true;
+            if (!(p.dbname == FbdSection::kSystemDb && p.varname == FbdSection::kAlwaysTrue))
+                item.enable = DataRef{std::move(p.dbname), std::move(p.varname)};
             return;
         }
-        if (p.name == FbdSection::kTypeParam) {
-            if (!seenType && cls && cls->hasMemberKinds())
-                item.memberKind = std::move(p.varname);
-            else
-                ctx_.drop("param \"TYPE\" of fbd \"" + item.name + "\"",
-                          seenType ? "a second member kind; only the first is kept"
-                                   : "the block has no member kinds; left out");
+        if (p.name == FbdSection::kTypeParam && !seenType && cls && cls->hasMemberKinds() &&
+            !p.varname.empty()) {
             seenType = true;
+            item.memberKind = std::move(p.varname);
             return;
         }
         item.params.push_back(std::move(p));

@@ -124,10 +124,48 @@ TEST(FbdReader, WhatTheWriterCannotShow) {
     ASSERT_TRUE(readFile(drops, rqtest::dataPath("fbd", "reader_drops", "input.xml").string()).ok);
     ASSERT_EQ(drops.blocks().size(), 4u);
     EXPECT_EQ(drops.blocks()[0].memberKind, ""); // TYPE of a class without member kinds
+    EXPECT_EQ(drops.blocks()[0].params.at(0).varname, "Arithm_Add"); // ... stays a binding
     EXPECT_EQ(drops.blocks()[1].enable, (DataRef{"plant", "first"}));
     EXPECT_EQ(drops.blocks()[1].memberKind, "Logic_Or");
     EXPECT_EQ(drops.blocks()[2].blockname, "lowpass"); // unknown class kept as written
     EXPECT_EQ(drops.blocks()[3].enable, (DataRef{"plant", ""}));
+}
+
+TEST(FbdReader, ExtraEnableAndTypeLinesSurviveAResave) {
+    // Only the first "EN" and the first keyword "TYPE" of a class with member kinds
+    // are the writer's own lines; every other one is a binding kept in its place.
+    const std::string file =
+        rqtest::crlf("<?xml version=\"1.0\" ?>\n<fblocks>\n"
+                     "\t<fbd name=\"a\" blockname=\"arithm\" >\n"
+                     "\t\t<param name=\"EN\" dbname=\"p\" varname=\"on\" />\n"
+                     "\t\t<param name=\"TYPE\" dbname=\"system\" varname=\"Arithm_Add\" />\n"
+                     "\t\t<param name=\"EN\" dbname=\"p\" varname=\"again\" />\n"
+                     "\t\t<param name=\"TYPE\" dbname=\"system\" varname=\"Arithm_Sub\" />\n"
+                     "\t\t<param name=\"IN1\" dbname=\"p\" varname=\"x\" />\n"
+                     "\t</fbd>\n"
+                     "\t<fbd name=\"c\" blockname=\"convert\" >\n"
+                     "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"
+                     "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"
+                     "\t\t<param name=\"TYPE\" dbname=\"system\" varname=\"Arithm_Add\" />\n"
+                     "\t</fbd>\n"
+                     "\t<fbd name=\"u\" blockname=\"lowpass\" >\n"
+                     "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"
+                     "\t\t<param name=\"TYPE\" dbname=\"system\" varname=\"Fast\" />\n"
+                     "\t</fbd>\n"
+                     "\t<fbd name=\"l\" blockname=\"logic\" >\n"
+                     "\t\t<param name=\"EN\" dbname=\"system\" varname=\"Logic_True\" />\n"
+                     "\t\t<param name=\"TYPE\" dbname=\"system\" varname=\"\" />\n"
+                     "\t</fbd>\n</fblocks>\n");
+    FbdSection s;
+    ASSERT_TRUE(readText(s, file).ok);
+    EXPECT_EQ(written(s), file);
+    ASSERT_EQ(s.blocks().size(), 4u);
+    EXPECT_EQ(s.blocks()[0].enable, (DataRef{"p", "on"}));
+    EXPECT_EQ(s.blocks()[0].memberKind, "Arithm_Add");
+    EXPECT_EQ(s.blocks()[0].params.size(), 3u);
+    EXPECT_TRUE(s.blocks()[1].enable.empty());
+    EXPECT_EQ(s.blocks()[1].params.size(), 2u);
+    EXPECT_EQ(s.blocks()[3].memberKind, "");
 }
 
 TEST(FbdReader, DuplicateBlockNameIsRefusedWithTheEditorsMessage) {
