@@ -186,9 +186,17 @@ const FbdItem* FbdSection::find(std::string_view name) const {
     return nullptr;
 }
 
-bool FbdSection::add(FbdItem item) {
-    if (find(item.name))
+std::optional<std::string> FbdSection::duplicateMessage(std::string_view name) const {
+    if (find(name))
+        return std::string(kDuplicateMessage);
+    return std::nullopt;
+}
+
+bool FbdSection::add(FbdItem item, MessageSink& sink) {
+    if (auto message = duplicateMessage(item.name)) {
+        sink.showMessage(*message, MessageIcon::Stop);
         return false;
+    }
     blocks_.push_back(std::move(item));
     return true;
 }

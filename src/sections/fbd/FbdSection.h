@@ -5,7 +5,9 @@
 
 #include "core/ConfigSection.h"
 #include "core/DataTypes.h"
+#include "core/MessageSink.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,8 +49,12 @@ public:
     std::vector<FbdItem>& blocks() { return blocks_; }
     // The block labelled `name` (exact, case-sensitive); nullptr when none.
     const FbdItem* find(std::string_view name) const;
-    // Appends the block unless a block of that name exists already (false then).
-    bool add(FbdItem item);
+    // The message that refuses a block named `name`: "The Function block already
+    // exist!" when a block of that name exists already.
+    std::optional<std::string> duplicateMessage(std::string_view name) const;
+    // Appends the block unless a block of that name exists already; then shows the
+    // duplicate message (stop icon) and returns false.
+    bool add(FbdItem item, MessageSink& sink);
 
 private:
     std::vector<FbdItem> blocks_;

@@ -187,6 +187,19 @@ TEST(FbdReader, DuplicateBlockNameIsRefusedWithTheEditorsMessage) {
     EXPECT_EQ(s.blocks()[1].name, "A"); // names compare case-sensitively
 }
 
+TEST(FbdSection, AddRefusesADuplicateWithTheMessage) {
+    FbdSection s;
+    rqtest::RecordingSink sink;
+    EXPECT_TRUE(s.add({"b", "diff", {}, "", {}}, sink));
+    EXPECT_FALSE(s.add({"b", "pid", {}, "", {}}, sink));
+    EXPECT_TRUE(s.add({"B", "pid", {}, "", {}}, sink));
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"The Function block already exist!"});
+    ASSERT_EQ(sink.entries.size(), 1u);
+    EXPECT_EQ(sink.entries[0].icon, MessageIcon::Stop);
+    EXPECT_EQ(s.blocks().size(), 2u);
+    EXPECT_EQ(s.blocks()[0].blockname, "diff");
+}
+
 TEST(FbdReader, BadInputFailsCleanly) {
     FbdSection filled;
     filled.blocks().push_back({"old", "diff", {}, "", {}});
