@@ -4,6 +4,7 @@
 #include "core/FileUtil.h"
 #include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/device/ui/DeviceEditorUi.h"
+#include "sections/fbd/ui/FbdEditorUi.h"
 #include "sections/param/ui/ParamEditorUi.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -104,6 +105,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     registerEditor(FixedNode::Parameter, rq::SectionObject::Param, makeParamEditor(env));
     registerEditor(FixedNode::Redundant, rq::SectionObject::Redundancy, makeRedundancyEditor(env));
     registerEditor(FixedNode::Alarm, rq::SectionObject::Alarm, makeAlarmEditor(env));
+    registerEditor(FixedNode::FunctionBlock, rq::SectionObject::Fbd, makeFbdEditor(env));
     registerSection(std::make_unique<CommandSection>(rq::SectionObject::Printer,
                                                      makePrinterEditor(env), shellContext()));
 
@@ -115,7 +117,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     const Pending pending[] = {
         {FixedNode::WindowDatabase, menuid::kHmiDbTree, menuid::kHmiDbList},
         {FixedNode::Windows, 0, menuid::kWindowsList},
-        {FixedNode::FunctionBlock, menuid::kFbdTree, 0},
         {FixedNode::RealtimeRecord, menuid::kDataLogTree, menuid::kDataLogList},
         {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
         {FixedNode::Module, 0, menuid::kModulesList},

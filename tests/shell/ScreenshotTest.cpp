@@ -4,6 +4,7 @@
 
 #include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
+#include "sections/fbd/ui/FbdDialogs.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -216,6 +217,19 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     if (!frame.project().param.items.empty())
         param.setForm(rq::paramFormFromRecord(frame.project().param.items.front()));
     save(param, "param-setting");
+    // The function blocks: the list of the demo's first block, "FBD Configuration"
+    // while adding and "FBD Parameter Setting" on the block's first binding.
+    QTreeWidgetItem* fbdNode = tree.fixedNode(rqshell::FixedNode::FunctionBlock);
+    if (fbdNode->childCount())
+        tree.setCurrentItem(fbdNode->child(0));
+    save(frame, "fbd-list");
+    rqshell::CFbdConfigDialog fbdConfig(sink);
+    fbdConfig.setForm({"level_sum", "Arithmetic", "Add", true});
+    save(fbdConfig, "fbd-configuration");
+    rqshell::CFbdParamDialog fbdParam(frame.project().rtdb, source.system, sink);
+    if (!frame.project().fbd.blocks().empty())
+        fbdParam.setForm(rq::fbdParamFormFromRow(frame.project().fbd.blocks().front(), 1));
+    save(fbdParam, "fbd-parameter-setting");
     // The configuration dialogs on the demo's values.
     rqshell::CRedundancyDialog redundancy(sink);
     redundancy.setForm(rq::redundancyFormFromConfig(frame.project().redundancy.config()));

@@ -1,6 +1,8 @@
 #include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/device/ui/DeviceEditorUi.h"
+#include "sections/fbd/ui/FbdDialogs.h"
+#include "sections/fbd/ui/FbdEditorUi.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/param/ui/ParamEditorUi.h"
 #include "sections/printer/ui/PrinterDialog.h"
@@ -409,10 +411,27 @@ struct RecordingSection : rqshell::ShellSection {
     void runCommand(int c) override { ran.push_back(c); }
 };
 
+// Scripted function block dialogs for the commands run from the tree and the list;
+// counts the dialogs opened.
+struct ScriptedFbdDialogs : rq::FbdDialogHost {
+    std::deque<rq::FbdBlockForm> blocks;
+    std::deque<rq::FbdParamForm> params;
+    int opened = 0;
+    template <class Q, class F> bool next(Q& q, F& f) {
+        ++opened;
+        if (q.empty())
+            return false;
+        f = q.front();
+        q.pop_front();
+        return true;
+    }
+    bool blockDialog(rq::FbdBlockForm& f) override { return next(blocks, f); }
+    bool paramDialog(rq::FbdParamForm& f) override { return next(params, f); }
+};
+
 TEST_F(MainWindowTest, HmiTypeGatesFunctionBlocksAndRedundancyEachTime) {
-    auto fbd = std::make_unique<RecordingSection>(rq::SectionObject::Fbd);
-    RecordingSection* fbdRaw = fbd.get();
-    frame.registerSection(std::move(fbd));
+    ScriptedFbdDialogs fbd;
+    frame.editor<rq::FbdSectionEditor>(rq::SectionObject::Fbd).setDialogHost(&fbd);
     frame.registerSection(std::make_unique<RecordingSection>(rq::SectionObject::Redundancy));
 
     rq::HmiDeviceType plain, full;
@@ -432,10 +451,10 @@ TEST_F(MainWindowTest, HmiTypeGatesFunctionBlocksAndRedundancyEachTime) {
     EXPECT_EQ(states(), "0000");
     frame.project().model().hmiType = &full;
     EXPECT_EQ(states(), "1111");
-    frame.runCommand(32865);
+    frame.runCommand(32864);
     frame.project().model().hmiType = &plain;
     frame.runCommand(32864); // refused: gated
-    EXPECT_EQ(fbdRaw->ran, std::vector<int>{32865});
+    EXPECT_EQ(fbd.opened, 1);
 }
 
 TEST_F(Fixture, SecondStartAsksTheFirstToComeForward) {
@@ -840,6 +859,125 @@ TEST_F(Fixture, ParameterDialogNamesComeFromThePickButtonOnly) {
     EXPECT_FALSE(d.isVisible());
     EXPECT_EQ(d.result(), QDialog::Accepted);
     EXPECT_EQ(d.form().value, "1.5");
+}
+
+TEST_F(MainWindowTest, FunctionBlocksAreNodesWithTheirParameterList) {
+    rq::HmiDeviceType withFbd;
+    withFbd.fbd = 1;
+    frame.project().model().hmiType = &withFbd;
+    ScriptedFbdDialogs dialogs;
+    frame.editor<rq::FbdSectionEditor>(rq::SectionObject::Fbd).setDialogHost(&dialogs);
+    rqshell::CPrjTree& tree = frame.tree();
+    QTreeWidgetItem* node = tree.fixedNode(FixedNode::FunctionBlock);
+    tree.setCurrentItem(node);
+    auto enabled = [&](int menu) {
+        std::unique_ptr<QMenu> m(frame.buildContextMenu(menu, &frame));
+        std::string s;
+        for (QAction* a : m->actions())
+            s += a->isEnabled() ? '1' : '0';
+        return s;
+    };
+    EXPECT_EQ(enabled(rqshell::menuid::kFbdTree), "111");
+
+    dialogs.blocks = {{"pid1", "PID", "", true}};
+    frame.runCommand(32864);
+    ASSERT_EQ(node->childCount(), 1);
+    EXPECT_EQ(tree.currentItem(), node->child(0));
+    EXPECT_EQ(str(node->child(0)->text(0)), "pid1");
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.rowCount(), 13);
+    EXPECT_EQ(str(list.text(0, 1)), "system");
+    EXPECT_EQ(str(list.text(12, 0)), "PN");
+    EXPECT_EQ(tree.selectedHandler()->GetListMenuId(), rqshell::menuid::kFbdList);
+    EXPECT_EQ(enabled(rqshell::menuid::kFbdList), "1");
+
+    frame.view().selectRow(1);
+    dialogs.params = {{"SP", "plant", "sp", false}};
+    press(frame.view(), Qt::Key_Return);
+    EXPECT_EQ(str(list.text(1, 2)), "sp");
+    dialogs.blocks = {{"loop", "PID", "", false}};
+    frame.runCommand(32866);
+    EXPECT_EQ(str(node->child(0)->text(0)), "loop");
+    sink.answers = {true};
+    frame.runCommand(32865);
+    EXPECT_EQ(node->childCount(), 0);
+    EXPECT_EQ(str(frame.action(57643)->text()), "Undo Delete FBD");
+    for (int i = 0; i < 4; ++i)
+        frame.runCommand(57643);
+    EXPECT_EQ(node->childCount(), 0);
+    EXPECT_FALSE(frame.project().doc.history().canUndo()); // the type itself stays changed
+    frame.runCommand(57644);
+    EXPECT_EQ(node->childCount(), 1);
+
+    frame.project().model().hmiType = nullptr; // a type without function blocks
+    EXPECT_EQ(enabled(rqshell::menuid::kFbdTree), "000");
+    dialogs.blocks = {{"x", "PID", "", true}};
+    frame.runCommand(32864);
+    EXPECT_EQ(node->childCount(), 1);
+}
+
+TEST_F(Fixture, FbdDialogsOfferTheCatalogAndBooleanEnablingData) {
+    rqshell::CFbdConfigDialog c(sink);
+    EXPECT_EQ(str(c.windowTitle()), "FBD Configuration");
+    ASSERT_EQ(c.typeBox()->count(), 9);
+    EXPECT_EQ(str(c.typeBox()->itemText(4)), "Logic");
+    EXPECT_EQ(str(c.nameEdit()->accessibleName()), "FBD Name:");
+    EXPECT_EQ(str(c.subTypeBox()->accessibleName()), "FBD Sub_type:");
+    c.setForm({"", "", "", true});
+    EXPECT_FALSE(c.subTypeBox()->isEnabled());
+    c.show();
+    c.accept();
+    c.nameEdit()->setText("b1");
+    c.accept();
+    EXPECT_TRUE(c.isVisible());
+    EXPECT_EQ(sink.texts(),
+              (std::vector<std::string>{"Please input FBD name!", "Please choose FBD type!"}));
+    c.typeBox()->setCurrentIndex(1);
+    ASSERT_EQ(c.subTypeBox()->count(), 6);
+    EXPECT_TRUE(c.subTypeBox()->isEnabled());
+    c.subTypeBox()->setCurrentIndex(5);
+    c.accept();
+    EXPECT_FALSE(c.isVisible());
+    EXPECT_EQ(c.form().typeText, "Compare");
+    EXPECT_EQ(c.form().subTypeText, "!=");
+
+    rqshell::CFbdConfigDialog m(sink);
+    m.setForm({"b1", "Arithmetic", "Divide", false});
+    EXPECT_FALSE(m.typeBox()->isEnabled());
+    EXPECT_EQ(str(m.subTypeBox()->currentText()), "Divide");
+
+    // The enabling parameter is picked among boolean data only.
+    rq::RtdbSection project;
+    rq::DataNode& db = project.root().addDatabase("plant");
+    db.addItem(rq::DataItem::makeData("on", "bit", "1", "0", ""));
+    db.addItem(rq::DataItem::makeData("level", "float", "4", "0", ""));
+    rqshell::CFbdParamDialog p(project, nullptr, sink);
+    EXPECT_EQ(str(p.windowTitle()), "FBD Parameter Setting");
+    EXPECT_TRUE(p.nameEdit()->isReadOnly());
+    EXPECT_EQ(str(p.nameEdit()->accessibleName()), "Parameter Name:");
+    auto pick = [&](int expectedRows) {
+        QTimer::singleShot(0, [&, expectedRows] {
+            auto* b = qobject_cast<rqshell::CRtdbBrowseDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(b, nullptr);
+            b->selectNode(&db);
+            EXPECT_EQ(b->list()->model()->rowCount(), expectedRows);
+            b->list()->selectRow(expectedRows - 1);
+            b->accept();
+        });
+        p.dataField()->pickButton()->click();
+    };
+    p.setForm({"EN", "system", "Logic_True", true});
+    pick(1);
+    EXPECT_EQ(p.form().varname, "on");
+    p.setForm({"IN", "", "", false});
+    p.show();
+    sink.entries.clear();
+    p.accept();
+    EXPECT_EQ(sink.texts(), std::vector<std::string>{"Please choose data!"});
+    pick(2);
+    EXPECT_EQ(p.form().varname, "level");
+    p.accept();
+    EXPECT_FALSE(p.isVisible());
 }
 
 } // namespace
