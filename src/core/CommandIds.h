@@ -63,6 +63,13 @@ inline constexpr int kModifyDeviceData2 = 32841;
 inline constexpr int kNewParameter = 32917;
 inline constexpr int kDeleteParameter = 32918;
 inline constexpr int kModifyParameter = 32919;
+// Alarms ("Configuration" of the alarm node is kAlarmConfiguration).
+inline constexpr int kAddAlarmGroup = 32854;
+inline constexpr int kDeleteAlarmGroup = 32855;
+inline constexpr int kModifyAlarmGroup = 32909;
+inline constexpr int kAddAlarmData = 32857;
+inline constexpr int kDeleteAlarmData = 32858;
+inline constexpr int kModifyAlarmData = 32859;
 // The edit history.
 inline constexpr int kUndo = 57643;
 inline constexpr int kRedo = 57644;

@@ -242,6 +242,27 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     rqshell::CAlarmConfigDialog alarm(sink);
     alarm.setForm({frame.project().alarm.logSize()});
     save(alarm, "alarm-configuration");
+    // The alarms: the list of the first group, its menu, "Setting Alarm Group" and
+    // "Alarm Data Information" filled from the group's first alarm data.
+    QTreeWidgetItem* alarmNode = tree.fixedNode(rqshell::FixedNode::Alarm);
+    if (alarmNode->childCount() > 0)
+        tree.setCurrentItem(alarmNode->child(0));
+    save(frame, "alarm-list");
+    {
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kAlarmList, &frame));
+        menu->adjustSize();
+        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-alarm-list.png")));
+    }
+    rqshell::CAlarmGroupDialog alarmGroup(sink);
+    if (!frame.project().alarm.groups().empty())
+        alarmGroup.setForm({frame.project().alarm.groups().front().name});
+    save(alarmGroup, "alarm-group-setting");
+    rqshell::CAlarmDataDialog alarmData(frame.project().rtdb, source.system, sink);
+    if (!frame.project().alarm.groups().empty() &&
+        !frame.project().alarm.groups().front().data.empty())
+        alarmData.setForm(
+            rq::alarmDataFormFromRecord(frame.project().alarm.groups().front().data.front()));
+    save(alarmData, "alarm-data-information");
 
     // The node image strip, eight times enlarged.
     QImage strip = rqshell::nodeImageStrip();

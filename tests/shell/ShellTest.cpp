@@ -10,6 +10,7 @@
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "sections/rtdb/ui/RtdbDialogs.h"
 #include "sections/rtdb/ui/RtdbEditorUi.h"
+#include "sections/rtdb/ui/RtdbPickField.h"
 #include "shell/Application.h"
 #include "shell/ListView.h"
 #include "shell/MainWindow.h"
@@ -209,8 +210,8 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
           "Modify|32853|off"}},
         {FixedNode::Alarm,
          true,
-         {"Add Alarm Group|32854|off", "Delete Alram Group|32855|off",
-          "Modify Alarm Group|32909|off", "Configuration|32856|on"}},
+         {"Add Alarm Group|32854|on", "Delete Alram Group|32855|on", "Modify Alarm Group|32909|on",
+          "Configuration|32856|on"}},
         {FixedNode::Module,
          false,
          {"Add Module(&N)|32860|off", "Delete Module(&D)|32861|off", "Modify(&P)|32862|off"}},
@@ -978,6 +979,119 @@ TEST_F(Fixture, FbdDialogsOfferTheCatalogAndBooleanEnablingData) {
     EXPECT_EQ(p.form().varname, "level");
     p.accept();
     EXPECT_FALSE(p.isVisible());
+}
+
+// Scripted alarm dialogs for the commands run from the tree and the list.
+struct ScriptedAlarmDialogs : rq::AlarmDialogHost {
+    std::deque<rq::AlarmGroupForm> groups;
+    std::deque<rq::AlarmDataForm> data;
+    bool configDialog(rq::AlarmConfigForm&) override { return false; }
+    bool groupDialog(rq::AlarmGroupForm& f) override {
+        return ScriptedRtdbDialogs::next(groups, f);
+    }
+    bool dataDialog(rq::AlarmDataForm& f) override { return ScriptedRtdbDialogs::next(data, f); }
+};
+
+TEST_F(MainWindowTest, AlarmGroupsAreNodesAndTheirDataTheList) {
+    rqtest::TempDir dir;
+    std::filesystem::copy(std::string(std::getenv("RQ_SOURCE_DIR")) + "/data/examples/demo",
+                          dir.path() / "demo", std::filesystem::copy_options::recursive);
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(dir.file("demo"))));
+    ScriptedAlarmDialogs dialogs;
+    frame.editor<rq::AlarmSectionEditor>(rq::SectionObject::Alarm).setDialogHost(&dialogs);
+    rqshell::CPrjTree& tree = frame.tree();
+    QTreeWidgetItem* top = tree.fixedNode(FixedNode::Alarm);
+    ASSERT_EQ(top->childCount(), 2);
+    EXPECT_EQ(str(top->child(1)->text(0)), "pumps");
+
+    // A new group is appended and selected; its list has the four columns.
+    tree.setCurrentItem(top);
+    dialogs.groups = {{"valves"}};
+    frame.runCommand(32854);
+    ASSERT_EQ(top->childCount(), 3);
+    EXPECT_EQ(tree.currentItem(), top->child(2));
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.columnCount(), 4);
+    EXPECT_EQ(str(list.headerData(1, Qt::Horizontal, Qt::DisplayRole).toString()),
+              "Real-time data name");
+    rqshell::TreeNodeHandler* h = tree.selectedHandler();
+    ASSERT_NE(h, nullptr);
+    std::unique_ptr<QMenu> menu(frame.buildContextMenu(h->GetListMenuId(), &frame));
+    std::vector<std::string> got;
+    for (QAction* a : menu->actions())
+        got.push_back(str(a->text()) + "|" + std::to_string(a->data().toInt()) + "|" +
+                      (a->isEnabled() ? "on" : "off"));
+    EXPECT_EQ(got, (std::vector<std::string>{"Add Data(&N)|32857|on", "Delete Data(&D)|32858|on",
+                                             "Modify(&P)|32859|on"}));
+
+    // Insert adds alarm data, Delete removes the selected row; a label edit renames.
+    dialogs.data = {rq::AlarmDataForm{"plant", "Tank1_Level", "1", "", {}}};
+    press(frame.view(), Qt::Key_Insert);
+    ASSERT_EQ(list.rowCount(), 1);
+    EXPECT_EQ(str(list.text(0, 1)), "Tank1_Level");
+    tree.finishRename(top->child(2), "valve");
+    EXPECT_EQ(frame.project().alarm.groups()[2].name, "valve");
+    frame.view().selectRow(0);
+    sink.answers = {true};
+    press(frame.view(), Qt::Key_Delete);
+    EXPECT_EQ(list.rowCount(), 0);
+    EXPECT_EQ(str(frame.action(57643)->text()), "Undo Delete Alarm Data");
+    for (int i = 0; i < 4; ++i)
+        frame.runCommand(57643);
+    EXPECT_EQ(top->childCount(), 2);
+    EXPECT_FALSE(frame.project().model().modified);
+}
+
+TEST_F(Fixture, AlarmDialogsRefuseAndPickTheirReferences) {
+    rqshell::CAlarmGroupDialog group(sink);
+    EXPECT_EQ(str(group.windowTitle()), "Setting Alarm Group");
+    EXPECT_EQ(str(group.nameEdit()->accessibleName()), "Alarm Group:");
+    group.show();
+    group.accept();
+    EXPECT_TRUE(group.isVisible());
+
+    rq::RtdbSection project;
+    rq::DataNode& db = project.root().addDatabase("plant");
+    db.addItem(rq::DataItem::makeData("level", "float", "4", "0", ""));
+    rqshell::CAlarmDataDialog d(project, nullptr, sink);
+    EXPECT_EQ(str(d.windowTitle()), "Alarm Data Information");
+    EXPECT_TRUE(d.dataField()->edit()->isReadOnly());
+    EXPECT_TRUE(d.dataField()->dataEdit()->isReadOnly());
+    EXPECT_EQ(str(d.dataField()->edit()->accessibleName()), "Database:");
+    EXPECT_EQ(str(d.priorityEdit()->accessibleName()), "Priority:");
+    EXPECT_EQ(str(d.row(rq::kAlarmHigh).limit->edit()->accessibleName()), "Hight: Limited Value");
+    EXPECT_EQ(d.row(rq::kAlarmOpen).limit, nullptr);
+    EXPECT_EQ(str(d.row(rq::kAlarmClose).restoreText->accessibleName()), "Off: Alarm Restore Text");
+    d.show();
+    d.accept();
+    EXPECT_TRUE(d.isVisible());
+    EXPECT_EQ(sink.texts(),
+              (std::vector<std::string>{"Please input alarm group!", "Please choose data!"}));
+
+    // Every pick button opens the browse dialog; the data's fills both names, the
+    // others "DB.DATA".
+    auto pickLevel = [&] {
+        QTimer::singleShot(0, [&] {
+            auto* b = qobject_cast<rqshell::CRtdbBrowseDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(b, nullptr);
+            b->selectNode(&db);
+            b->list()->selectRow(0);
+            b->accept();
+        });
+    };
+    pickLevel();
+    d.dataField()->pickButton()->click();
+    pickLevel();
+    d.row(rq::kAlarmHigh).limit->pickButton()->click();
+    pickLevel();
+    d.statusField()->pickButton()->click();
+    d.row(rq::kAlarmHigh).text->setText("high");
+    d.accept();
+    EXPECT_FALSE(d.isVisible());
+    const rq::AlarmDataForm f = d.form();
+    EXPECT_EQ(f.dbname + "|" + f.dataname + "|" + f.statusVar, "plant|level|plant.level");
+    EXPECT_EQ(f.conditions[rq::kAlarmHigh].limit, "plant.level");
+    EXPECT_EQ(f.conditions[rq::kAlarmHigh].text, "high");
 }
 
 } // namespace

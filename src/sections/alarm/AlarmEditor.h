@@ -1,58 +1,40 @@
 #pragma once
-// The alarm editor. Built so far: "Alarm Configuration" (the alarm buffer size),
-// command 32856, from the alarm node's menu and from the Configuration menu; OK
-// changes the size as one step of the project's history. The group and data
-// commands of the section stay disabled until they are built.
+// The alarms as a section editor of the shared base: the alarm groups are the
+// nodes below "alarm  configuration" (renamed by editing their label), the alarm
+// data of the selected group the rows of the list. The tree menu adds, deletes
+// and modifies groups and opens "Alarm Configuration" (32856, also in the
+// Configuration menu); the list menu adds, deletes and modifies alarm data.
 
-#include "core/EditCommand.h"
 #include "core/SectionEditor.h"
-#include "core/UndoHistory.h"
-#include "sections/alarm/AlarmForms.h"
-#include "sections/alarm/AlarmSection.h"
+#include "sections/alarm/AlarmCommands.h"
 
 namespace rq {
 
-inline constexpr int kAlarmSectionIndex = 8; // alarm.xml in the section table
-
-// The buffer size replaced by another (undo puts the old one back).
-class ChangeAlarmLogSize : public EditCommand {
-public:
-    ChangeAlarmLogSize(AlarmSection& s, std::string size);
-    void redo() override;
-    void undo() override;
-
-private:
-    AlarmSection& s_;
-    std::string other_; // the value not in the section now
-};
-
-// The dialogs as the commands see them: modal, false on Cancel; on OK the form's
-// validator runs and the dialog stays open while it refuses.
-class AlarmDialogHost {
-public:
-    virtual ~AlarmDialogHost() = default;
-    virtual bool configDialog(AlarmConfigForm& form) = 0;
-};
-
-// Opens "Alarm Configuration" on the stored size; true when OK changed it.
-bool configureAlarmBuffer(AlarmSection& s, AlarmDialogHost& dialogs, UndoHistory& history);
-
 class AlarmSectionEditor : public SectionEditor {
 public:
-    AlarmSectionEditor(AlarmSection& s, AlarmDialogHost& dialogs, UndoHistory& history)
-        : s_(s), dialogs_(&dialogs), history_(history) {}
+    AlarmSectionEditor(AlarmSection& s, AlarmDialogHost& dialogs, MessageSink& sink,
+                       UndoHistory& history)
+        : s_(s), dialogs_(&dialogs), sink_(sink), history_(history) {}
 
-    std::vector<EditorNode> nodes() const override { return {}; }
-    int treeMenu(const void*) const override;
-    int listMenu(const void*) const override { return 0; }
-    EditorList list(const void*) const override;
-    EditorKeys keys(const void*) const override { return {}; }
+    // The dialogs (tests replace them with a scripted host).
+    void setDialogHost(AlarmDialogHost* dialogs) { dialogs_ = dialogs; }
+
+    std::vector<EditorNode> nodes() const override;
+    int treeMenu(const void* node) const override;
+    int listMenu(const void* node) const override;
+    EditorList list(const void* node) const override;
+    EditorKeys keys(const void* node) const override;
+    bool canRename(const void* node) const override;
+    bool rename(void* node, const std::string& text) override;
     bool handles(int command) const override;
     EditorResult run(int command, const EditorSelection& selection) override;
 
 private:
+    AlarmEditor editor() const { return AlarmEditor{s_, *dialogs_, sink_, history_}; }
+
     AlarmSection& s_;
     AlarmDialogHost* dialogs_;
+    MessageSink& sink_;
     UndoHistory& history_;
 };
 

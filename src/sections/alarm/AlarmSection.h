@@ -26,6 +26,7 @@ struct AlarmCondition {
     std::string value_var;    // the limit
     std::string info;         // alarm text
     std::string restore_info; // text shown when the alarm clears
+    bool operator==(const AlarmCondition&) const = default;
 };
 
 struct AlarmDataItem {
@@ -34,6 +35,7 @@ struct AlarmDataItem {
     std::string priority;
     std::string status_var; // "DB.DATA" or empty
     std::array<AlarmCondition, kAlarmSlotCount> slots;
+    bool operator==(const AlarmDataItem&) const = default;
 };
 
 struct AlarmGroup {

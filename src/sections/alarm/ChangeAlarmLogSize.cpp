@@ -1,4 +1,5 @@
-#include "sections/alarm/AlarmEditor.h"
+#include "sections/alarm/AlarmEdits.h"
+#include "sections/alarm/AlarmForms.h"
 
 #include <utility>
 

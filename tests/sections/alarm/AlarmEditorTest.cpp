@@ -1,73 +1,291 @@
-// "Alarm Configuration" without a display: the buffer size's check, the only
-// command the alarm editor has so far, and its step through undo and redo compared
-// by the bytes of alarm.xml.
+// The alarm editor without a display: the forms' checks and slot rules, the group
+// and data flows with a scripted dialog host and their messages, and the bytes of
+// alarm.xml through undo and redo of every command.
 
 #include "sections/alarm/AlarmEditor.h"
+#include "core/CommandIds.h"
+#include "core/MenuIds.h"
+#include "core/StorableValue.h"
 #include "support/SectionTestKit.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <deque>
+#include <functional>
 #include <optional>
+#include <variant>
 
 using namespace rq;
+using Texts = std::vector<std::string>;
 
 namespace {
 
-struct ScriptedDialog : AlarmDialogHost {
-    std::optional<std::string> answer; // nothing = Cancel
-    std::string opened;
-    bool configDialog(AlarmConfigForm& f) override {
-        opened = f.bufferSize;
-        if (!answer)
-            return false;
-        f.bufferSize = *answer;
-        return true;
+std::string demoAlarmFile() {
+    const char* src = std::getenv("RQ_SOURCE_DIR");
+    return std::string(src ? src : ".") + "/data/examples/demo/alarm.xml";
+}
+
+AlarmDataForm dataForm(std::string db, std::string name, std::string priority = "1") {
+    AlarmDataForm f;
+    f.dbname = std::move(db);
+    f.dataname = std::move(name);
+    f.priority = std::move(priority);
+    return f;
+}
+
+// Answers the dialogs from one script, like the real dialogs: OK on a form that
+// fails its check shows the message and takes the next scripted form; nothing is
+// Cancel. Records the forms each dialog opened with.
+class ScriptedDialogs : public AlarmDialogHost {
+public:
+    using Form = std::variant<AlarmConfigForm, AlarmGroupForm, AlarmDataForm>;
+    explicit ScriptedDialogs(MessageSink& sink) : sink_(sink) {}
+    std::deque<std::optional<Form>> script;
+    std::vector<Form> opened;
+
+    bool configDialog(AlarmConfigForm& f) override { return next(f, validateAlarmConfigForm); }
+    bool groupDialog(AlarmGroupForm& f) override { return next(f, validateAlarmGroupForm); }
+    bool dataDialog(AlarmDataForm& f) override { return next(f, validateAlarmDataForm); }
+
+private:
+    template <class F, class Check> bool next(F& f, Check check) {
+        opened.push_back(f);
+        while (!script.empty()) {
+            std::optional<Form> answer = script.front();
+            script.pop_front();
+            if (!answer)
+                return false;
+            const F& typed = std::get<F>(*answer);
+            if (auto msg = check(typed)) {
+                sink_.showMessage(*msg, MessageIcon::Stop);
+                continue;
+            }
+            f = typed;
+            return true;
+        }
+        return false;
     }
+    MessageSink& sink_;
 };
 
-std::string bytes(const AlarmSection& s) {
-    std::string out;
-    s.write(out);
-    return out;
-}
+struct AlarmEditorTest : ::testing::Test {
+    AlarmEditorTest() { EXPECT_TRUE(rqtest::readSection(section, demoAlarmFile())); }
+    std::string text() const { return rqtest::written(section); }
+    void* group(std::size_t i) { return &section.groups()[i]; }
+    EditorResult run(int command, void* node = nullptr, std::vector<std::size_t> rows = {}) {
+        return editor.run(command, EditorSelection{node, std::move(rows)});
+    }
+    Texts rows(std::size_t g) {
+        Texts out;
+        EditorList l = editor.list(group(g));
+        for (std::size_t r = 0; r < l.rows(); ++r)
+            out.push_back(std::string(l.cell(r, 0)) + "|" + std::string(l.cell(r, 1)) + "|" +
+                          std::string(l.cell(r, 2)) + "|" + std::string(l.cell(r, 3)));
+        return out;
+    }
+    Texts groupNames() const {
+        Texts out;
+        for (const EditorNode& n : editor.nodes())
+            out.push_back(n.label);
+        return out;
+    }
+
+    AlarmSection section;
+    rqtest::RecordingSink sink;
+    ScriptedDialogs dialogs{sink};
+    UndoHistory history;
+    AlarmSectionEditor editor{section, dialogs, sink, history};
+};
 
 } // namespace
 
-TEST(AlarmConfigForm, TakesWholeNumbersFromOne) {
+TEST(AlarmForms, ChecksAndSlotRules) {
     for (const char* good : {"1", "500", "0010"})
         EXPECT_EQ(validateAlarmConfigForm({good}), std::nullopt) << good;
     for (const char* bad : {"", "0", "000", "-5", "1.5", " 5", "1e3", "5<"})
         EXPECT_EQ(validateAlarmConfigForm({bad}), std::string(alarmtext::kBadBufferSize)) << bad;
+    EXPECT_EQ(validateAlarmGroupForm({""}), "Please input alarm group!");
+    EXPECT_EQ(validateAlarmGroupForm({"a&b"}), checkStorableValue("Alarm Group", "a&b"));
+
+    AlarmDataForm f = dataForm("", "x");
+    EXPECT_EQ(validateAlarmDataForm(f), "Please choose data!");
+    f = dataForm("db", "x", "a<b");
+    EXPECT_EQ(validateAlarmDataForm(f), checkStorableValue("Priority", "a<b"));
+    // A High row with a variable and a text but no limit is dropped, and so is an
+    // On row with only a restore text: neither is checked nor stored.
+    f = dataForm("db", "x");
+    f.conditions[kAlarmHigh] = {"db.en", "too \"high\"", "", "ok"};
+    f.conditions[kAlarmOpen] = {"", "", "", "back <"};
+    f.conditions[kAlarmLowLow] = {"", "very low", "db.lim", ""};
+    f.conditions[kAlarmClose] = {"db.en", "", "ignored", ""};
+    EXPECT_EQ(validateAlarmDataForm(f), std::nullopt);
+    AlarmDataItem d = alarmDataFromForm(f);
+    for (int slot : {kAlarmHigh, kAlarmHighHigh, kAlarmLow, kAlarmOpen})
+        EXPECT_EQ(d.slots[slot], AlarmCondition{}) << slot;
+    EXPECT_EQ(d.slots[kAlarmLowLow], (AlarmCondition{true, "", "db.lim", "very low", ""}));
+    EXPECT_EQ(d.slots[kAlarmClose], (AlarmCondition{true, "db.en", "", "", ""}));
+    EXPECT_EQ(alarmDataFormFromRecord(d).conditions[kAlarmLowLow].limit, "db.lim");
+    f.conditions[kAlarmLowLow].restoreText = "&";
+    EXPECT_EQ(validateAlarmDataForm(f), checkStorableValue("Low Low Alarm Restore Text", "&"));
 }
 
-TEST(AlarmEditor, OnlyTheConfigurationIsBuiltAndItIsOneStep) {
-    const char* src = std::getenv("RQ_SOURCE_DIR");
-    AlarmSection s;
-    ASSERT_TRUE(
-        rqtest::readSection(s, std::string(src ? src : ".") + "/data/examples/demo/alarm.xml"));
-    ScriptedDialog dialog;
-    UndoHistory history;
-    AlarmSectionEditor editor(s, dialog, history);
-    EXPECT_EQ(editor.treeMenu(nullptr), 143);
-    for (int unbuilt : {32854, 32855, 32857, 32858, 32859, 32909})
-        EXPECT_FALSE(editor.handles(unbuilt)) << unbuilt;
-    EXPECT_TRUE(editor.handles(32856));
+TEST_F(AlarmEditorTest, NodesMenusListAndKeys) {
+    EXPECT_EQ(groupNames(), (Texts{"tanks", "pumps"}));
+    EXPECT_EQ(editor.nodes()[1].key, group(1));
+    EXPECT_EQ(editor.treeMenu(nullptr), menuid::kAlarmTree);
+    EXPECT_EQ(editor.treeMenu(group(0)), menuid::kAlarmTree);
+    EXPECT_EQ(editor.listMenu(nullptr), 0);
+    EXPECT_EQ(editor.listMenu(group(0)), menuid::kAlarmList);
+    for (int c : {32854, 32855, 32856, 32857, 32858, 32859, 32909})
+        EXPECT_TRUE(editor.handles(c)) << c;
+    EXPECT_FALSE(editor.handles(cmd::kNewData));
+    EditorList l = editor.list(group(0));
+    ASSERT_EQ(l.columns.size(), 4u);
+    EXPECT_EQ(l.columns[3].title, "status variable");
+    EXPECT_EQ(rows(0), (Texts{"plant|Tank1_Level|1|", "plant|Tank1_High|2|"}));
+    EXPECT_EQ(editor.list(nullptr).rows(), 0u);
+    EXPECT_EQ(editor.keys(nullptr).add, 0);
+    EXPECT_EQ(editor.keys(group(1)).modify, cmd::kModifyAlarmData);
+    EXPECT_FALSE(editor.canRename(nullptr));
+    EXPECT_TRUE(editor.canRename(group(1)));
+}
 
-    const std::string before = bytes(s);
-    EXPECT_FALSE(editor.run(32856, {}).changed); // Cancel
-    EXPECT_EQ(dialog.opened, "500");
-    dialog.answer = "500";
-    EXPECT_FALSE(editor.run(32856, {}).changed); // unchanged
-    dialog.answer = "2000";
-    EXPECT_FALSE(editor.run(32854, {}).changed);
-    EXPECT_EQ(history.count(), 0u);
-    EXPECT_TRUE(editor.run(32856, {}).changed);
-    EXPECT_EQ(history.undoText(), "Undo Alarm Configuration");
-    const std::string after = bytes(s);
-    EXPECT_NE(after.find("\t<alarmlog size=\"2000\" />\r\n"), std::string::npos);
-    ASSERT_TRUE(history.undo());
-    EXPECT_EQ(bytes(s), before);
-    ASSERT_TRUE(history.redo());
-    EXPECT_EQ(bytes(s), after);
+TEST_F(AlarmEditorTest, GroupFlowsAndTheirMessages) {
+    dialogs.script = {AlarmGroupForm{""}, AlarmGroupForm{"pumps"}, AlarmGroupForm{"valves"}};
+    EditorResult r = run(cmd::kAddAlarmGroup, group(0));
+    ASSERT_TRUE(r.changed && r.structural);
+    EXPECT_EQ(r.select, group(2));
+    EXPECT_EQ(sink.texts(), (Texts{"Please input alarm group!", "The alarm group already exist!"}));
+    // The refused name came back in the dialog.
+    ASSERT_EQ(dialogs.opened.size(), 2u);
+    EXPECT_EQ(std::get<AlarmGroupForm>(dialogs.opened[1]).name, "pumps");
+    EXPECT_EQ(groupNames(), (Texts{"tanks", "pumps", "valves"}));
+
+    // Modify: another group's name is refused, its own name changes nothing.
+    sink.entries.clear();
+    dialogs.script = {AlarmGroupForm{"tanks"}, AlarmGroupForm{"valves"}};
+    EXPECT_FALSE(run(cmd::kModifyAlarmGroup, group(2)).changed);
+    EXPECT_EQ(sink.texts(), (Texts{"The alarm group already exist!"}));
+    EXPECT_FALSE(run(cmd::kModifyAlarmGroup).changed); // the section's node: no dialog
+    dialogs.script = {AlarmGroupForm{"Valves"}};
+    ASSERT_TRUE(run(cmd::kModifyAlarmGroup, group(2)).changed);
+    EXPECT_EQ(std::get<AlarmGroupForm>(dialogs.opened.back()).name, "valves");
+
+    // A label edit: empty silently refused, duplicates and bad bytes with messages.
+    sink.entries.clear();
+    EXPECT_FALSE(editor.rename(group(2), ""));
+    EXPECT_FALSE(editor.rename(group(2), "tanks"));
+    EXPECT_FALSE(editor.rename(group(2), "a<b"));
+    EXPECT_TRUE(editor.rename(group(2), "Valves")); // unchanged: no step
+    EXPECT_EQ(sink.texts(),
+              (Texts{"The alarm group already exist!", *checkStorableValue("Alarm Group", "a<b")}));
+    EXPECT_EQ(history.count(), 2u);
+
+    // Delete asks; Cancel keeps the group.
+    sink.entries.clear();
+    sink.answers = {false, true};
+    EXPECT_FALSE(run(cmd::kDeleteAlarmGroup, group(0)).changed);
+    ASSERT_TRUE(run(cmd::kDeleteAlarmGroup, group(0)).changed);
+    EXPECT_EQ(sink.texts(), (Texts{"Are you sure to delete current alarm group?",
+                                   "Are you sure to delete current alarm group?"}));
+    EXPECT_EQ(groupNames(), (Texts{"pumps", "Valves"}));
+    EXPECT_FALSE(run(cmd::kDeleteAlarmGroup).changed);
+    EXPECT_EQ(sink.entries.size(), 2u);
+}
+
+TEST_F(AlarmEditorTest, DataFlowsAndTheirMessages) {
+    // Add: no data chosen stays in the dialog; a pair of the group is refused and
+    // comes back; the same pair in another group is taken.
+    dialogs.script = {dataForm("", ""), dataForm("plant", "Tank1_High"),
+                      dataForm("plant", "Pump1_Run", "5")};
+    ASSERT_TRUE(run(cmd::kAddAlarmData, group(0)).changed);
+    EXPECT_EQ(sink.texts(), (Texts{"Please choose data!", "The data already exist!"}));
+    EXPECT_EQ(std::get<AlarmDataForm>(dialogs.opened[1]).dataname, "Tank1_High");
+    EXPECT_EQ(rows(0).back(), "plant|Pump1_Run|5|");
+    EXPECT_FALSE(run(cmd::kAddAlarmData).changed); // the section's node: no dialog
+    EXPECT_EQ(dialogs.opened.size(), 2u);
+
+    // Modify fills the dialog from the record; another row's pair is refused.
+    sink.entries.clear();
+    dialogs.script = {dataForm("plant", "Tank1_Level"), std::nullopt};
+    EXPECT_FALSE(run(cmd::kModifyAlarmData, group(0), {2}).changed);
+    EXPECT_EQ(sink.texts(), (Texts{"The data already exist!"}));
+    const auto& opened = std::get<AlarmDataForm>(dialogs.opened[2]);
+    EXPECT_EQ(opened.dataname, "Pump1_Run");
+    AlarmDataForm f = alarmDataFormFromRecord(section.groups()[0].data[0]);
+    EXPECT_EQ(f.conditions[kAlarmHighHigh].limit, "4.8");
+    f.statusVar = "plant.Alarm_Ack";
+    f.conditions[kAlarmLow] = {};
+    dialogs.script = {f};
+    ASSERT_TRUE(run(cmd::kModifyAlarmData, group(0), {0, 1}).changed);
+    EXPECT_EQ(rows(0)[0], "plant|Tank1_Level|1|plant.Alarm_Ack");
+    EXPECT_FALSE(section.groups()[0].data[0].slots[kAlarmLow].set);
+    dialogs.script = {f}; // unchanged: no step
+    EXPECT_FALSE(run(cmd::kModifyAlarmData, group(0), {0}).changed);
+    EXPECT_FALSE(run(cmd::kModifyAlarmData, group(0), {}).changed);
+
+    // Delete: nothing selected asks nothing; two rows, one question.
+    sink.entries.clear();
+    EXPECT_FALSE(run(cmd::kDeleteAlarmData, group(0), {}).changed);
+    EXPECT_FALSE(run(cmd::kDeleteAlarmData, group(0), {9}).changed);
+    EXPECT_TRUE(sink.entries.empty());
+    sink.answers = {false, true};
+    EXPECT_FALSE(run(cmd::kDeleteAlarmData, group(0), {0, 2}).changed);
+    ASSERT_TRUE(run(cmd::kDeleteAlarmData, group(0), {0, 2}).changed);
+    EXPECT_EQ(sink.texts(), (Texts{"Are you sure to delete current data ?",
+                                   "Are you sure to delete current data ?"}));
+    EXPECT_EQ(rows(0), (Texts{"plant|Tank1_High|2|"}));
+}
+
+// Every command is one step: undo gives the file's bytes as before, redo as after.
+TEST_F(AlarmEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
+    AlarmDataForm analog = dataForm("plant", "Tank2_Level", "4");
+    analog.conditions[kAlarmHigh] = {"plant.Alarm_Ack", "high", "plant.Limit", "normal"};
+    analog.conditions[kAlarmClose] = {"", "closed", "", "open"};
+    struct Step {
+        const char* undoText;
+        std::function<bool()> run;
+    } steps[] = {
+        {"Undo Alarm Configuration",
+         [&] { return dialogs.script = {AlarmConfigForm{"64"}}, run(32856).changed; }},
+        {"Undo Add Alarm Group",
+         [&] { return dialogs.script = {AlarmGroupForm{"valves"}}, run(32854).changed; }},
+        {"Undo Add Alarm Data",
+         [&] { return dialogs.script = {analog}, run(32857, group(2)).changed; }},
+        {"Undo Modify Alarm Data",
+         [&] {
+             return dialogs.script = {dataForm("plant", "Tank1_High", "9")},
+                    run(32859, group(0), {1}).changed;
+         }},
+        {"Undo Delete Alarm Data",
+         [&] { return sink.answers = {true}, run(32858, group(0), {0}).changed; }},
+        {"Undo Modify Alarm Group",
+         [&] { return dialogs.script = {AlarmGroupForm{"tank"}}, run(32909, group(0)).changed; }},
+        {"Undo Rename Alarm Group", [&] { return editor.rename(group(1), "pump"); }},
+        {"Undo Delete Alarm Group",
+         [&] { return sink.answers = {true}, run(32855, group(0)).changed; }},
+    };
+    std::vector<std::string> texts{text()};
+    for (const Step& step : steps) {
+        ASSERT_TRUE(step.run()) << step.undoText;
+        EXPECT_EQ(history.undoText(), step.undoText);
+        texts.push_back(text());
+        ASSERT_NE(texts.back(), texts[texts.size() - 2]) << step.undoText;
+    }
+    EXPECT_NE(
+        texts.back().find("\t\t\t<High enable_var=\"plant.Alarm_Ack\" value_var=\"plant.Limit\" "
+                          "info=\"high\" restore_info=\"normal\" />\r\n"
+                          "\t\t\t<Close enable_var=\"\" value_var=\"\" info=\"closed\" "
+                          "restore_info=\"open\" />\r\n"),
+        std::string::npos);
+    for (std::size_t i = texts.size() - 1; i > 0; --i) {
+        ASSERT_TRUE(history.undo());
+        EXPECT_EQ(text(), texts[i - 1]) << steps[i - 1].undoText;
+    }
+    for (std::size_t i = 1; i < texts.size(); ++i) {
+        ASSERT_TRUE(history.redo());
+        EXPECT_EQ(text(), texts[i]) << steps[i - 1].undoText;
+    }
+    EXPECT_EQ(texts.front(), rqtest::readFile(demoAlarmFile()));
 }
