@@ -4,6 +4,7 @@
 #include "sections/rtdb/ui/RtdbBrowseDialog.h"
 #include "shell/Accessible.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -15,22 +16,33 @@ namespace {} // namespace
 CRtdbPickField::CRtdbPickField(const rq::RtdbSection& project, const rq::RtdbSection* system,
                                const QString& label, Form form, QWidget* parent)
     : QWidget(parent), project_(project), system_(system), form_(form) {
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    const bool pair = form == Form::Pair || form == Form::PairRows;
     const QString name = accessibleText(label);
     edit_ = new QLineEdit(this);
-    edit_->setAccessibleName(form == Form::Pair ? name + QStringLiteral(" database") : name);
-    row->addWidget(edit_, 1);
-    if (form == Form::Pair) {
+    edit_->setAccessibleName(pair ? name + QStringLiteral(" database") : name);
+    if (pair) {
         data_ = new QLineEdit(this);
         data_->setAccessibleName(name + QStringLiteral(" data"));
-        row->addWidget(data_, 1);
     }
     pick_ = new QPushButton(QStringLiteral("..."), this);
     pick_->setAccessibleName(QStringLiteral("Pick ") + name);
     pick_->setFixedWidth(pick_->fontMetrics().horizontalAdvance(QStringLiteral("....")) + 16);
-    row->addWidget(pick_);
-    setFocusProxy(edit_);
+    if (form == Form::PairRows) {
+        auto* rows = new QGridLayout(this);
+        rows->setContentsMargins(0, 0, 0, 0);
+        rows->addWidget(data_, 0, 0);
+        rows->addWidget(pick_, 0, 1);
+        rows->addWidget(edit_, 1, 0);
+        setFocusProxy(data_);
+    } else {
+        auto* row = new QHBoxLayout(this);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->addWidget(edit_, 1);
+        if (data_)
+            row->addWidget(data_, 1);
+        row->addWidget(pick_);
+        setFocusProxy(edit_);
+    }
     setAccessibleName(name);
     connect(pick_, &QPushButton::clicked, this, &CRtdbPickField::pick);
 }
@@ -64,8 +76,10 @@ void CRtdbPickField::pick() {
     std::optional<rq::DataRef> ref = browseRealtimeData(window(), project_, system_, excluded);
     if (!ref)
         return;
-    if (form_ == Form::Pair)
+    if (form_ == Form::Pair || form_ == Form::PairRows)
         setReference(*ref);
+    else if (form_ == Form::Database)
+        setText(ref->dbname);
     else
         setText(ref->dbname + "." + ref->dataname);
     Q_EMIT picked();

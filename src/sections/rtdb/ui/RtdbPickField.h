@@ -6,7 +6,9 @@
 //
 // One-text form: the field holds "DB.DATA". Pair form: two fields, the database
 // name and the data name, as the sections that store `dbname` and `dataname` keep
-// them.
+// them, side by side; PairRows stacks them (data name above, the button beside it)
+// for dialogs that label each on its own row. Database form: the database name of
+// the chosen variable only.
 
 #include "core/DataTypes.h"
 #include "sections/rtdb/RtdbSection.h"
@@ -26,7 +28,7 @@ namespace rqshell {
 class CRtdbPickField : public QWidget {
     Q_OBJECT
 public:
-    enum class Form { OneText, Pair };
+    enum class Form { OneText, Pair, PairRows, Database };
     using Exclusions = std::array<bool, rq::DataTypeTable::kCount>;
 
     // `label` names the field for accessibility (the row's visible label).
@@ -40,10 +42,10 @@ public:
         exclusions_ = std::move(provider);
     }
 
-    // One-text form.
+    // One-text and database form.
     std::string text() const;
     void setText(const std::string& text);
-    // Pair form.
+    // Pair forms.
     rq::DataRef reference() const;
     void setReference(const rq::DataRef& ref);
 
