@@ -58,6 +58,14 @@ inline constexpr int kModifyDeviceData = 32837;
 inline constexpr int kNewDeviceData2 = 32839;
 inline constexpr int kDeleteDeviceData2 = 32840;
 inline constexpr int kModifyDeviceData2 = 32841;
+// Data logs.
+inline constexpr int kNewDataRecord = 32842;        // a log of chosen variables
+inline constexpr int kNewAllDatabaseRecord = 32843; // a log of a whole database
+inline constexpr int kDeleteDataRecord = 32844;
+inline constexpr int kModifyDataRecord = 32845;
+inline constexpr int kNewRecordData = 32846;
+inline constexpr int kDeleteRecordData = 32848;
+inline constexpr int kModifyRecordData = 32849;
 // Parameters: the list's menu of the "Parameter" node (this program's own
 // numbers; the node has no tree menu).
 inline constexpr int kNewParameter = 32917;

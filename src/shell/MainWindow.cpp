@@ -3,6 +3,7 @@
 
 #include "core/FileUtil.h"
 #include "sections/alarm/ui/AlarmDialogs.h"
+#include "sections/datalog/ui/DataLogEditorUi.h"
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/fbd/ui/FbdEditorUi.h"
 #include "sections/param/ui/ParamEditorUi.h"
@@ -106,6 +107,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     registerEditor(FixedNode::Redundant, rq::SectionObject::Redundancy, makeRedundancyEditor(env));
     registerEditor(FixedNode::Alarm, rq::SectionObject::Alarm, makeAlarmEditor(env));
     registerEditor(FixedNode::FunctionBlock, rq::SectionObject::Fbd, makeFbdEditor(env));
+    registerEditor(FixedNode::RealtimeRecord, rq::SectionObject::DataLog, makeDataLogEditor(env));
     registerSection(std::make_unique<CommandSection>(rq::SectionObject::Printer,
                                                      makePrinterEditor(env), shellContext()));
 
@@ -117,7 +119,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     const Pending pending[] = {
         {FixedNode::WindowDatabase, menuid::kHmiDbTree, menuid::kHmiDbList},
         {FixedNode::Windows, 0, menuid::kWindowsList},
-        {FixedNode::RealtimeRecord, menuid::kDataLogTree, menuid::kDataLogList},
         {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
         {FixedNode::Module, 0, menuid::kModulesList},
     };

@@ -112,6 +112,7 @@ CommandPrompt commandPrompt(int command) {
         {3, "Download upgrade package\nDowload Package"},
         {32873, "Download startup image \nDownload Startup Image"},
         {32875, "Online simulate  HMI running\nOnline Simulator"},
+        {32843, "Add Full Record Database  "},
         {32911, "HMI print configuration"},
         {32919, "Modify Parameter"},
         {103, "View Project Manager"},

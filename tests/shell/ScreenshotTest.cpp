@@ -3,6 +3,7 @@
 // output directory (tools/screenshots.sh does so under Xvfb).
 
 #include "sections/alarm/ui/AlarmDialogs.h"
+#include "sections/datalog/ui/DataLogDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/fbd/ui/FbdDialogs.h"
 #include "sections/param/ui/ParamDialogs.h"
@@ -230,6 +231,31 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     if (!frame.project().fbd.blocks().empty())
         fbdParam.setForm(rq::fbdParamFormFromRow(frame.project().fbd.blocks().front(), 1));
     save(fbdParam, "fbd-parameter-setting");
+    // The data logs: a log's variables, the section's two menus, a log of each
+    // kind and a variable, filled from the demo.
+    {
+        QTreeWidgetItem* logs = tree.fixedNode(rqshell::FixedNode::RealtimeRecord);
+        if (logs->childCount())
+            tree.setCurrentItem(logs->child(0));
+        save(frame, "datalog-variables");
+        for (auto [id, name] : {std::pair{rqshell::menuid::kDataLogTree, "menu-datalog-tree"},
+                                std::pair{rqshell::menuid::kDataLogList, "menu-datalog-list"}}) {
+            std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
+            menu->adjustSize();
+            ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
+        }
+        for (const rq::DataLog& log : frame.project().datalog.logs) {
+            rqshell::CDataLogDialog dialog(log.kind, frame.project().rtdb, source.system, sink);
+            dialog.setForm(rq::dataLogFormFromRecord(log));
+            save(dialog, log.kind == rq::DataLogKind::Database ? "datalog-record-database"
+                                                               : "datalog-record-variables");
+            if (!log.data.empty()) {
+                rqshell::CLogDataDialog data(frame.project().rtdb, source.system, sink);
+                data.setForm(rq::logDataFormFromRef(log.data.front()));
+                save(data, "datalog-data");
+            }
+        }
+    }
     // The configuration dialogs on the demo's values.
     rqshell::CRedundancyDialog redundancy(sink);
     redundancy.setForm(rq::redundancyFormFromConfig(frame.project().redundancy.config()));
