@@ -37,6 +37,13 @@ inline constexpr int kNewData = 32810;
 inline constexpr int kDeleteData = 32811;
 inline constexpr int kModifyData = 32812;
 inline constexpr int kBatchData = 32906;
+// HMI database ("Window database").
+inline constexpr int kNewHmiDataGroup = 32813;
+inline constexpr int kDeleteHmiDataGroup = 32814;
+inline constexpr int kModifyHmiDataGroup = 32874;
+inline constexpr int kNewHmiData = 32816;
+inline constexpr int kDeleteHmiData = 32817;
+inline constexpr int kModifyHmiData = 32818;
 // Function blocks.
 inline constexpr int kNewFbd = 32864;
 inline constexpr int kDeleteFbd = 32865;

@@ -82,6 +82,10 @@ public:
 
     // The nodes below the section's fixed node, in model order.
     virtual std::vector<EditorNode> nodes() const = 0;
+    // The nodes that belong to the section rather than to a project (fixed groups),
+    // without their children: shown from the start and kept when the tree is
+    // emptied. nodes() lists them too, first.
+    virtual std::vector<EditorNode> fixedNodes() const { return {}; }
     // The context menus (shell/MenuResources.h numbers) of a node in the tree and
     // in the list; 0 = none.
     virtual int treeMenu(const void* node) const = 0;

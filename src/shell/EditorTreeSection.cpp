@@ -60,6 +60,7 @@ EditorTreeSection::EditorTreeSection(rq::SectionObject object, FixedNode fixed,
     : object_(object), fixed_(fixed), editor_(std::move(editor)), ctx_(std::move(ctx)),
       handler_(std::make_unique<NodeHandler>(*this)) {
     CPrjTree::setHandler(ctx_.tree.fixedNode(fixed_), handler_.get());
+    addNodes(ctx_.tree.fixedNode(fixed_), editor_->fixedNodes());
 }
 
 EditorTreeSection::~EditorTreeSection() = default;
@@ -69,6 +70,8 @@ void EditorTreeSection::clearNodes() {
     bool shown = false;
     selectedKey(&shown);
     qDeleteAll(top->takeChildren());
+    addNodes(top, editor_->fixedNodes());
+    top->setExpanded(true);
     if (shown)
         ctx_.view.showEmpty();
 }

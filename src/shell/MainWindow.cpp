@@ -6,6 +6,7 @@
 #include "sections/datalog/ui/DataLogEditorUi.h"
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/fbd/ui/FbdEditorUi.h"
+#include "sections/hmidb/ui/HmiDbEditorUi.h"
 #include "sections/param/ui/ParamEditorUi.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -103,6 +104,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     const EditorEnv env{*project_, *sink_, this, catalogs_, programDir_};
     registerEditor(FixedNode::RealtimeDatabase, rq::SectionObject::Rtdb, makeRtdbEditor(env));
     registerEditor(FixedNode::Device, rq::SectionObject::Device, makeDeviceEditor(env));
+    registerEditor(FixedNode::WindowDatabase, rq::SectionObject::HmiDb, makeHmiDbEditor(env));
     registerEditor(FixedNode::Parameter, rq::SectionObject::Param, makeParamEditor(env));
     registerEditor(FixedNode::Redundant, rq::SectionObject::Redundancy, makeRedundancyEditor(env));
     registerEditor(FixedNode::Alarm, rq::SectionObject::Alarm, makeAlarmEditor(env));
@@ -117,7 +119,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
         int listMenu;
     };
     const Pending pending[] = {
-        {FixedNode::WindowDatabase, menuid::kHmiDbTree, menuid::kHmiDbList},
         {FixedNode::Windows, 0, menuid::kWindowsList},
         {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
         {FixedNode::Module, 0, menuid::kModulesList},

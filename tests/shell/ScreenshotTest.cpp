@@ -6,6 +6,7 @@
 #include "sections/datalog/ui/DataLogDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/fbd/ui/FbdDialogs.h"
+#include "sections/hmidb/ui/HmiDbDialogs.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -256,6 +257,32 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
             }
         }
     }
+
+    // The HMI database: the io list of the fixed group, the memory list of a nested
+    // group, the two menus and the two data dialogs filled from the demo's items.
+    QTreeWidgetItem* hmidb = tree.fixedNode(rqshell::FixedNode::WindowDatabase);
+    if (hmidb->childCount() == 2) {
+        tree.setCurrentItem(hmidb->child(0));
+        save(frame, "hmidb-io-list");
+        if (hmidb->child(1)->childCount())
+            tree.setCurrentItem(hmidb->child(1)->child(0));
+        save(frame, "hmidb-memory-list");
+    }
+    for (auto [id, name] : {std::pair{rqshell::menuid::kHmiDbTree, "menu-hmidb-tree"},
+                            std::pair{rqshell::menuid::kHmiDbList, "menu-hmidb-list"}}) {
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
+        menu->adjustSize();
+        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
+    }
+    rqshell::CIoDataDialog ioData(frame.project().rtdb, source.system, sink);
+    if (!frame.project().hmidb.io.items.empty())
+        ioData.setForm(rq::ioFormFromItem(frame.project().hmidb.io.items.front()));
+    save(ioData, "hmidb-io-data");
+    rqshell::CMemoryDataDialog memoryData(sink);
+    if (!frame.project().hmidb.memory.items.empty())
+        memoryData.setForm(rq::memoryFormFromItem(frame.project().hmidb.memory.items.back()));
+    save(memoryData, "hmidb-memory-data");
+
     // The configuration dialogs on the demo's values.
     rqshell::CRedundancyDialog redundancy(sink);
     redundancy.setForm(rq::redundancyFormFromConfig(frame.project().redundancy.config()));

@@ -3,6 +3,8 @@
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/fbd/ui/FbdDialogs.h"
 #include "sections/fbd/ui/FbdEditorUi.h"
+#include "sections/hmidb/ui/HmiDbDialogs.h"
+#include "sections/hmidb/ui/HmiDbEditorUi.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/param/ui/ParamEditorUi.h"
 #include "sections/printer/ui/PrinterDialog.h"
@@ -159,13 +161,15 @@ TEST_F(MainWindowTest, FourteenBoldExpandedNodes) {
         QTreeWidgetItem* item = *it;
         std::string parent = item->parent() ? str(item->parent()->text(0)) : "";
         lines.push_back(parent + ">" + str(item->text(0)));
-        EXPECT_TRUE(item->font(0).bold()) << str(item->text(0));
+        // The HMI database's two fixed groups are the section's own nodes.
+        EXPECT_EQ(item->font(0).bold(), parent != "Window database") << str(item->text(0));
         EXPECT_FALSE(item->icon(0).isNull());
         EXPECT_TRUE(item->childCount() == 0 || item->isExpanded());
     }
     EXPECT_EQ(lines,
               (std::vector<std::string>{
                   ">project", "project>real-time database", "project>HMI", "HMI>Window database",
+                  "Window database>Real-time related data", "Window database>custom data",
                   "HMI>windows", "project>Function block", "project>Ladder", "project>Parameter",
                   "project>Real-time data record", "project>History data record",
                   "project>alarm  configuration", "project>redundant configuration",
@@ -189,7 +193,10 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
           "Batch Data|32906|on"}},
         {FixedNode::WindowDatabase,
          true,
-         {"New Data Group|32813|off", "Delete Data Group|32814|off", "Modify|32874|off"}},
+         {"New Data Group|32813|on", "Delete Data Group|32814|on", "Modify|32874|on"}},
+        {FixedNode::WindowDatabase,
+         false,
+         {"New Data(&N)|32816|on", "Delete Data(&D)|32817|on", "Modify(&P)|32818|on"}},
         {FixedNode::Windows,
          false,
          {"New Window(&N)|32819|off", "Delete Window(&D)|32820|off", "Modify(&P)|32821|off",
@@ -1092,6 +1099,126 @@ TEST_F(Fixture, AlarmDialogsRefuseAndPickTheirReferences) {
     EXPECT_EQ(f.dbname + "|" + f.dataname + "|" + f.statusVar, "plant|level|plant.level");
     EXPECT_EQ(f.conditions[rq::kAlarmHigh].limit, "plant.level");
     EXPECT_EQ(f.conditions[rq::kAlarmHigh].text, "high");
+}
+
+// Scripted HMI database dialogs for the commands run from the tree and the list.
+struct ScriptedHmiDbDialogs : rq::HmiDbDialogHost {
+    std::deque<rq::HmiGroupForm> groups;
+    std::deque<rq::IoDataForm> io;
+    std::deque<rq::MemoryDataForm> memory;
+    bool groupDialog(rq::HmiGroupForm& f) override { return ScriptedRtdbDialogs::next(groups, f); }
+    bool ioDataDialog(rq::IoDataForm& f) override { return ScriptedRtdbDialogs::next(io, f); }
+    bool memoryDataDialog(rq::MemoryDataForm& f) override {
+        return ScriptedRtdbDialogs::next(memory, f);
+    }
+};
+
+TEST_F(MainWindowTest, WindowDatabaseEditsThroughTreeAndList) {
+    ScriptedHmiDbDialogs dialogs;
+    frame.editor<rq::HmiDbSectionEditor>(rq::SectionObject::HmiDb).setDialogHost(&dialogs);
+    rqshell::CPrjTree& tree = frame.tree();
+    QTreeWidgetItem* top = tree.fixedNode(FixedNode::WindowDatabase);
+    ASSERT_EQ(top->childCount(), 2);
+    EXPECT_EQ(str(top->child(0)->text(0)), "Real-time related data");
+    EXPECT_EQ(str(top->child(1)->text(0)), "custom data");
+
+    tree.setCurrentItem(top->child(0));
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.columnCount(), 4);
+    EXPECT_EQ(str(list.headerData(0, Qt::Horizontal, Qt::DisplayRole).toString()), "related data");
+    dialogs.io = {{"speed", "plant", "m1", 200}};
+    press(frame.view(), Qt::Key_Insert);
+    ASSERT_EQ(list.rowCount(), 1);
+    EXPECT_EQ(str(list.text(0, 3)), "200");
+
+    dialogs.groups = {{"motors"}};
+    frame.runCommand(32813);
+    ASSERT_EQ(top->child(0)->childCount(), 1);
+    EXPECT_EQ(tree.currentItem(), top->child(0));
+    QTreeWidgetItem* group = top->child(0)->child(0);
+    EXPECT_EQ(str(group->text(0)), "motors");
+    EXPECT_TRUE(rqshell::CPrjTree::handler(group)->BeginRename(group));
+    EXPECT_FALSE(rqshell::CPrjTree::handler(top->child(1))->BeginRename(top->child(1)));
+
+    tree.setCurrentItem(top->child(1));
+    EXPECT_EQ(str(list.headerData(1, Qt::Horizontal, Qt::DisplayRole).toString()), "data type");
+    dialogs.memory = {{"count", 5, 4, "0"}};
+    frame.runCommand(32816);
+    EXPECT_EQ(str(list.text(0, 1)), "long");
+    EXPECT_TRUE(frame.project().model().modified);
+
+    for (int i = 0; i < 3; ++i)
+        frame.runCommand(57643);
+    EXPECT_EQ(top->child(0)->childCount(), 0);
+    EXPECT_FALSE(frame.project().model().modified);
+    EXPECT_TRUE(sink.entries.empty());
+
+    // Emptying the tree (New, Open, Close) keeps the two fixed groups.
+    frame.runCommand(57644);
+    frame.runCommand(57644);
+    frame.projectCleared();
+    ASSERT_EQ(top->childCount(), 2);
+    EXPECT_EQ(top->child(0)->childCount(), 0);
+    EXPECT_EQ(str(top->child(1)->text(0)), "custom data");
+}
+
+TEST_F(Fixture, HmiDbDataDialogsCheckOkAndPickTheReference) {
+    rq::RtdbSection project;
+    rq::DataNode& db = project.root().addDatabase("plant");
+    db.addItem(rq::DataItem::makeData("level", "bit", "1", "0", ""));
+    rqshell::CIoDataDialog io(project, nullptr, sink);
+    EXPECT_EQ(str(io.windowTitle()), "IO Data Setting");
+    EXPECT_EQ(str(io.databaseEdit()->accessibleName()), "Database Name:");
+    EXPECT_EQ(str(io.variableEdit()->accessibleName()), "Variable Name:");
+    EXPECT_EQ(str(io.periodEdit()->accessibleName()), "Refresh Period:");
+    EXPECT_EQ(str(io.periodEdit()->text()), "500");
+    io.show();
+    io.nameEdit()->setText("lv");
+    io.accept();
+    io.periodEdit()->setText("x");
+    io.accept();
+    // The pick button's choice fills both names; no type is excluded.
+    QTimer::singleShot(0, [&] {
+        auto* b = qobject_cast<rqshell::CRtdbBrowseDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(b, nullptr);
+        b->selectNode(&db);
+        b->list()->selectRow(0);
+        b->accept();
+    });
+    io.pickField()->pickButton()->click();
+    io.periodEdit()->setText("0");
+    io.accept();
+    EXPECT_TRUE(io.isVisible());
+    io.periodEdit()->setText("100");
+    io.accept();
+    EXPECT_FALSE(io.isVisible());
+    EXPECT_EQ(io.form().dbname, "plant");
+    EXPECT_EQ(io.form().dataname, "level");
+    EXPECT_EQ(io.form().period, 100);
+
+    rqshell::CMemoryDataDialog memory(sink);
+    EXPECT_EQ(str(memory.windowTitle()), "Memory Data Setting");
+    EXPECT_EQ(str(memory.initEdit()->accessibleName()), "Initial value:");
+    EXPECT_EQ(memory.typeBox()->count(), 11);
+    EXPECT_EQ(str(memory.typeBox()->itemText(2)), "unsigned char");
+    memory.show();
+    memory.typeBox()->setCurrentIndex(6);
+    EXPECT_FALSE(memory.lengthEdit()->isEnabled());
+    EXPECT_EQ(str(memory.lengthEdit()->text()), "4");
+    memory.accept();
+    memory.nameEdit()->setText("b");
+    memory.typeBox()->setCurrentIndex(0);
+    memory.lengthEdit()->setText("8");
+    memory.accept();
+    EXPECT_TRUE(memory.isVisible());
+    memory.lengthEdit()->setText("7");
+    memory.accept();
+    EXPECT_FALSE(memory.isVisible());
+    EXPECT_EQ(sink.texts(),
+              (std::vector<std::string>{"Please input data name, database name and variable name!",
+                                        "Please enter an integer.", "period value error!",
+                                        "Please input data name and initial value!",
+                                        "bit data length error(must be 1~7)!"}));
 }
 
 } // namespace

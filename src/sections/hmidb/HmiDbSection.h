@@ -18,6 +18,8 @@ struct HmiIoItem {
     std::string dbname;   // referenced real-time variable: database name
     std::string dataname; //                                data name
     int32_t period = 500; // refresh period in milliseconds
+
+    bool operator==(const HmiIoItem&) const = default;
 };
 
 // An item under "custom data".
@@ -26,6 +28,8 @@ struct HmiMemoryItem {
     std::string type;   // type keyword of DataTypeTable
     std::string length; // decimal text
     std::string init;   // initial value text
+
+    bool operator==(const HmiMemoryItem&) const = default;
 };
 
 // A group node: its name (the tree text), its nested groups and its items, in order.
