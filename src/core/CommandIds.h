@@ -44,6 +44,11 @@ inline constexpr int kModifyHmiDataGroup = 32874;
 inline constexpr int kNewHmiData = 32816;
 inline constexpr int kDeleteHmiData = 32817;
 inline constexpr int kModifyHmiData = 32818;
+// HMI windows: the list's menu of the "windows" node.
+inline constexpr int kNewWindow = 32819;
+inline constexpr int kDeleteWindow = 32820;
+inline constexpr int kModifyWindow = 32821;
+inline constexpr int kEditWindow = 32822; // starts the window designer
 // Function blocks.
 inline constexpr int kNewFbd = 32864;
 inline constexpr int kDeleteFbd = 32865;

@@ -1,9 +1,11 @@
 #pragma once
 // What a section editor gets when the main window registers it: the project (its
 // sections and its history), the message sink, the parent of its dialogs, the
-// catalogs and the program directory (for the system database).
+// catalogs, the program directory (for the system database) and the launcher that
+// starts the sibling programs (the window designer) from it.
 
 #include "core/Catalogs.h"
+#include "core/CommandLine.h"
 #include "core/MessageSink.h"
 #include "project/Project.h"
 
@@ -19,6 +21,7 @@ struct EditorEnv {
     QWidget* dialogParent;
     const rq::Catalogs& catalogs;
     std::string programDir;
+    rq::ProgramLauncher& launcher;
 };
 
 } // namespace rqshell

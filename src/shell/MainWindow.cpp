@@ -7,6 +7,7 @@
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/fbd/ui/FbdEditorUi.h"
 #include "sections/hmidb/ui/HmiDbEditorUi.h"
+#include "sections/hmiwindow/ui/HmiWindowEditorUi.h"
 #include "sections/param/ui/ParamEditorUi.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -101,7 +102,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     createStatusBar();
 
     // The section editors, one line each.
-    const EditorEnv env{*project_, *sink_, this, catalogs_, programDir_};
+    const EditorEnv env{*project_, *sink_, this, catalogs_, programDir_, *launcher_};
     registerEditor(FixedNode::RealtimeDatabase, rq::SectionObject::Rtdb, makeRtdbEditor(env));
     registerEditor(FixedNode::Device, rq::SectionObject::Device, makeDeviceEditor(env));
     registerEditor(FixedNode::WindowDatabase, rq::SectionObject::HmiDb, makeHmiDbEditor(env));
@@ -110,6 +111,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     registerEditor(FixedNode::Alarm, rq::SectionObject::Alarm, makeAlarmEditor(env));
     registerEditor(FixedNode::FunctionBlock, rq::SectionObject::Fbd, makeFbdEditor(env));
     registerEditor(FixedNode::RealtimeRecord, rq::SectionObject::DataLog, makeDataLogEditor(env));
+    registerEditor(FixedNode::Windows, rq::SectionObject::HmiWindow, makeHmiWindowEditor(env));
     registerSection(std::make_unique<CommandSection>(rq::SectionObject::Printer,
                                                      makePrinterEditor(env), shellContext()));
 
@@ -119,7 +121,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
         int listMenu;
     };
     const Pending pending[] = {
-        {FixedNode::Windows, 0, menuid::kWindowsList},
         {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
         {FixedNode::Module, 0, menuid::kModulesList},
     };

@@ -7,6 +7,7 @@
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/fbd/ui/FbdDialogs.h"
 #include "sections/hmidb/ui/HmiDbDialogs.h"
+#include "sections/hmiwindow/ui/HmiWindowDialogs.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -283,6 +284,19 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
         memoryData.setForm(rq::memoryFormFromItem(frame.project().hmidb.memory.items.back()));
     save(memoryData, "hmidb-memory-data");
 
+    // The windows: the list of the "windows" node, its menu and "Window Setting"
+    // filled from the first window.
+    tree.setCurrentItem(tree.fixedNode(rqshell::FixedNode::Windows));
+    save(frame, "windows-list");
+    {
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kWindowsList, &frame));
+        menu->adjustSize();
+        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-windows-list.png")));
+    }
+    rqshell::CWindowSettingDialog window(sink);
+    if (!frame.project().hmiwindow.windows.empty())
+        window.setForm(rq::windowFormFromRecord(frame.project().hmiwindow.windows.front()));
+    save(window, "window-setting");
     // The configuration dialogs on the demo's values.
     rqshell::CRedundancyDialog redundancy(sink);
     redundancy.setForm(rq::redundancyFormFromConfig(frame.project().redundancy.config()));

@@ -5,6 +5,7 @@
 #include "sections/fbd/ui/FbdEditorUi.h"
 #include "sections/hmidb/ui/HmiDbDialogs.h"
 #include "sections/hmidb/ui/HmiDbEditorUi.h"
+#include "sections/hmiwindow/ui/HmiWindowDialogs.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/param/ui/ParamEditorUi.h"
 #include "sections/printer/ui/PrinterDialog.h"
@@ -23,6 +24,7 @@
 #include "support/TestSupport.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDockWidget>
 #include <QKeyEvent>
@@ -199,8 +201,8 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
          {"New Data(&N)|32816|on", "Delete Data(&D)|32817|on", "Modify(&P)|32818|on"}},
         {FixedNode::Windows,
          false,
-         {"New Window(&N)|32819|off", "Delete Window(&D)|32820|off", "Modify(&P)|32821|off",
-          "Edit(&E)|32822|off"}},
+         {"New Window(&N)|32819|on", "Delete Window(&D)|32820|on", "Modify(&P)|32821|on",
+          "Edit(&E)|32822|on"}},
         {FixedNode::Device,
          true,
          {"New Device Link|0|on", "Serial Port|32831|on", "Common Link|32833|on",
@@ -1222,3 +1224,50 @@ TEST_F(Fixture, HmiDbDataDialogsCheckOkAndPickTheReference) {
 }
 
 } // namespace
+
+// The windows through the real "Window Setting": OK with a field missing stays
+// open; the new window's layout file comes with it and goes with its undo; "Edit"
+// starts the designer on the selected row's file.
+TEST_F(MainWindowTest, WindowsThroughWindowSetting) {
+    rqtest::TempDir dir;
+    std::filesystem::copy(std::string(std::getenv("RQ_SOURCE_DIR")) + "/data/examples/demo",
+                          dir.path() / "demo", std::filesystem::copy_options::recursive);
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(dir.file("demo"))));
+    frame.tree().setCurrentItem(frame.tree().fixedNode(FixedNode::Windows));
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.columnCount(), 5);
+    ASSERT_EQ(list.rowCount(), 3);
+    EXPECT_EQ(str(list.text(2, 4)), "Disable");
+
+    onNextModal<rqshell::CWindowSettingDialog>([&](rqshell::CWindowSettingDialog* d) {
+        EXPECT_EQ(str(d->windowTitle()), "Window Setting");
+        EXPECT_EQ(str(d->nameEdit()->accessibleName()), "Name:");
+        EXPECT_EQ(str(d->titleEdit()->accessibleName()), "Title:");
+        EXPECT_EQ(str(d->fileEdit()->accessibleName()), "File Name:");
+        EXPECT_EQ(str(d->createFileBox()->text()), "Create File Auto");
+        EXPECT_TRUE(d->createFileBox()->isChecked());
+        d->nameEdit()->setText("alarms");
+        d->accept(); // no file name: refused, stays open
+        EXPECT_TRUE(d->isVisible());
+        d->fileEdit()->setText("alarms");
+        d->startupBox()->setChecked(true);
+        d->accept();
+    });
+    frame.runCommand(32819);
+    EXPECT_EQ(sink.texts(),
+              std::vector<std::string>{"Please input the window name and file name!"});
+    ASSERT_EQ(list.rowCount(), 4);
+    EXPECT_EQ(str(list.text(3, 2)), "alarms.xml");
+    EXPECT_EQ(str(list.text(3, 3)), "Show");
+    const std::filesystem::path file = dir.path() / "demo/alarms.xml";
+    EXPECT_TRUE(std::filesystem::exists(file));
+
+    frame.view().selectRow(3);
+    frame.runCommand(32822);
+    EXPECT_EQ(launcher.lines,
+              std::vector<std::string>{"RQDev *\"" + dir.file("demo") + "\"*alarms.xml"});
+    frame.runCommand(57643);
+    EXPECT_EQ(list.rowCount(), 3);
+    EXPECT_FALSE(std::filesystem::exists(file));
+    EXPECT_FALSE(frame.project().model().modified);
+}

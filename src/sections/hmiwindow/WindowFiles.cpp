@@ -79,7 +79,7 @@ WindowFileResult createWindowFileIfMissing(const std::string& projectDirectory,
     // leads nowhere) is not replaced.
     if (pathExists(path)) {
         if (error)
-            *error = path + ": exists but cannot be opened";
+            *error = "it exists but cannot be opened";
         return WindowFileResult::Failed;
     }
     std::string reason;
