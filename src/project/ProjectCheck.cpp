@@ -3,6 +3,7 @@
 #include "core/FileUtil.h"
 #include "core/Xml.h"
 #include "project/Project.h"
+#include "project/ProjectRefs.h"
 
 namespace rq {
 
@@ -54,6 +55,17 @@ std::vector<std::string> checkProject(const Project& project, const RtdbSection*
     checkHmiType(project, ctx);
     for (int i = 1; i < kSectionCount; ++i)
         project.doc.section(i).check(ctx);
+    // The references that the sections' own checks do not look up.
+    const RefIndex refs(refSectionsOf(project));
+    for (const RefUse& use : refs.uses()) {
+        if (use.checkedBySection)
+            continue;
+        auto [db, data] = RefIndex::itemOf(use);
+        if (!ctx.hasRealtimeData(db, data))
+            ctx.finding(std::string(use.file) + ": " + use.where + " " + use.attribute +
+                        ": no database holds the real-time data \"" + std::string(db) + "." +
+                        std::string(data) + "\"");
+    }
     return ctx.findings();
 }
 

@@ -1,0 +1,5 @@
+#!/usr/bin/env bash
+# The references of one real-time data item in a project of 100,000 items.
+set -eu
+build=$1
+RQPDEV_HOME="$build/bin" "$build/bin/bench_refs"
