@@ -1,0 +1,131 @@
+#include "project/ProjectRename.h"
+
+#include "core/DataTypes.h"
+#include "core/FileUtil.h"
+#include "core/TextEncoding.h"
+#include "project/ProjectRefs.h"
+#include "sections/rtdb/RtdbForms.h"
+
+#include <set>
+
+namespace rq {
+
+namespace {
+
+// The node that holds the item named `name` (data or alias) in `node` or below.
+DataNode* holderOf(DataNode& node, std::string_view name, std::size_t& index) {
+    int at = node.isDatabase() || node.isGroup() ? node.findItem(name) : -1;
+    if (at >= 0) {
+        index = static_cast<std::size_t>(at);
+        return &node;
+    }
+    for (std::size_t i = 0; i < node.childCount(); ++i)
+        if (DataNode* found = holderOf(node.child(i), name, index))
+            return found;
+    return nullptr;
+}
+
+// Renames the targets of the aliases standing for data `from` in `node` and below.
+void renameAliasTargets(DataNode& node, const std::string& from, const std::string& to) {
+    for (std::size_t i = 0; i < node.itemCount(); ++i) {
+        const DataItem& item = node.item(i);
+        if (item.isAlias() && item.target == from) {
+            DataItem changed = item;
+            changed.target = to;
+            node.setItem(i, std::move(changed));
+        }
+    }
+    for (std::size_t i = 0; i < node.childCount(); ++i)
+        renameAliasTargets(node.child(i), from, to);
+}
+
+// The bytes Save writes for section `index`.
+std::string savedBytes(const Project& project, int index) {
+    std::string text = project.doc.sectionText(index);
+    if (!isAscii(text) && !deviceCodePageIsUtf8())
+        text = toDeviceXml(text);
+    return text;
+}
+
+DataForm formOf(const DataItem& item, const std::string& name) {
+    DataForm form;
+    form.name = name;
+    if (item.isAlias()) {
+        form.alias = true;
+        form.aliasText = item.target;
+        return form;
+    }
+    form.typeIndex = DataTypeTable::indexOfKeyword(item.type);
+    form.length = std::atoi(item.length.c_str());
+    form.init = item.init;
+    form.description = item.description;
+    return form;
+}
+
+} // namespace
+
+std::optional<std::string> renameRealtimeData(Project& project, const std::string& db,
+                                              const std::string& data, const std::string& newName) {
+    const std::string item = db + "." + data;
+    DataNode* database = project.rtdb.findDatabase(db);
+    std::size_t index = 0;
+    DataNode* holder = database ? holderOf(*database, data, index) : nullptr;
+    if (!holder)
+        return "the project has no real-time data \"" + item + "\"";
+    if (auto message = validateDataForm(formOf(holder->item(index), newName)))
+        return *message;
+    if (database->nameInUse(newName))
+        return std::string(rtdbtext::kDataExists);
+    if (!project.doc.unreadableFiles().empty())
+        return project.doc.unreadableFiles().front() +
+               " (the references in it cannot be renamed; nothing is changed)";
+    if (!project.doc.droppedRecords().empty()) {
+        const DroppedRecord& d = project.doc.droppedRecords().front();
+        return d.file + ": " + d.element + ": " + d.reason +
+               " (a save would drop it; run 'rqpcli resave' first; nothing is changed)";
+    }
+
+    const RefIndex refs(refSectionsOf(project));
+    std::set<int> changed = {1};
+    for (const RefUse* use : refs.usesOf(db, data))
+        for (int i = 1; i < kSectionCount; ++i)
+            if (std::string_view(kSectionFiles[i]) == use->file)
+                changed.insert(i);
+    // Only the renamed names may differ: a file that a save would change anyway
+    // (written by another program, older layout) is left to 'resave'.
+    const std::string& dir = project.model().projectDirectory;
+    for (int i : changed) {
+        std::string disk, error;
+        const std::string path = joinPath(dir, kSectionFiles[i]);
+        if (!readWholeFile(path, disk, &error) || disk != savedBytes(project, i))
+            return std::string(kSectionFiles[i]) +
+                   ": a save would change more than the renamed names; run 'rqpcli resave' "
+                   "first; nothing is changed";
+    }
+
+    DataItem renamed = holder->item(index);
+    const bool isData = !renamed.isAlias();
+    renamed.name = newName;
+    holder->setItem(index, std::move(renamed));
+    if (isData)
+        renameAliasTargets(*database, data, newName);
+    renameUses(refs, db, data, newName);
+    for (int i : changed)
+        project.doc.markSectionEdited(i);
+
+    // The new name holds nothing that keeps a file from reading back, so only a
+    // write can fail here; the message then names the files already written.
+    std::string written;
+    for (int i : changed) {
+        std::string error;
+        if (!project.doc.saveSection(i, dir, &error))
+            return joinPath(dir, kSectionFiles[i]) + ": " + error +
+                   (written.empty() ? std::string("; nothing is changed")
+                                    : "; already written with the new name:" + written);
+        written += std::string(" ") + kSectionFiles[i];
+    }
+    project.model().modified = false;
+    return std::nullopt;
+}
+
+} // namespace rq
