@@ -90,6 +90,10 @@ inline constexpr int kModifyAlarmGroup = 32909;
 inline constexpr int kAddAlarmData = 32857;
 inline constexpr int kDeleteAlarmData = 32858;
 inline constexpr int kModifyAlarmData = 32859;
+// User modules: the list's menu of "module  configuration".
+inline constexpr int kAddModule = 32860;
+inline constexpr int kDeleteModule = 32861;
+inline constexpr int kModifyModule = 32862;
 // The edit history.
 inline constexpr int kUndo = 57643;
 inline constexpr int kRedo = 57644;
