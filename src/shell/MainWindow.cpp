@@ -8,6 +8,7 @@
 #include "sections/fbd/ui/FbdEditorUi.h"
 #include "sections/hmidb/ui/HmiDbEditorUi.h"
 #include "sections/hmiwindow/ui/HmiWindowEditorUi.h"
+#include "sections/modules/ui/ModuleDialog.h"
 #include "sections/param/ui/ParamEditorUi.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -112,6 +113,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     registerEditor(FixedNode::FunctionBlock, rq::SectionObject::Fbd, makeFbdEditor(env));
     registerEditor(FixedNode::RealtimeRecord, rq::SectionObject::DataLog, makeDataLogEditor(env));
     registerEditor(FixedNode::Windows, rq::SectionObject::HmiWindow, makeHmiWindowEditor(env));
+    registerEditor(FixedNode::Module, rq::SectionObject::Modules, makeModulesEditor(env));
     registerSection(std::make_unique<CommandSection>(rq::SectionObject::Printer,
                                                      makePrinterEditor(env), shellContext()));
 
@@ -122,7 +124,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     };
     const Pending pending[] = {
         {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
-        {FixedNode::Module, 0, menuid::kModulesList},
     };
     for (const Pending& p : pending) {
         pendingHandlers_.push_back(

@@ -6,10 +6,14 @@
 #include "deploy/transfer/TransferTestSupport.h"
 #include "deploy/transfer/UpgradePackages.h"
 #include "project/Project.h"
+#include "sections/modules/ui/ModuleDialog.h"
+#include "shell/ListView.h"
 #include "shell/MainWindow.h"
+#include "shell/ProjectTree.h"
 
 #include "ShellApp.h"
 
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
@@ -593,6 +597,153 @@ TEST_F(DeployDialogs, FromTheMainWindowCompileDownloadAndBackByUpload) {
     EXPECT_EQ(sink.texts().back(), "Upload successfully!");
     EXPECT_EQ(frame.project().model().projectDirectory, back.str());
     EXPECT_EQ(frame.project().model().name, "demo");
+}
+
+// A toolchain of the test's own in place of the program directory: RqGenMdl.sh
+// prints what it got, waits for the file "go" in the project, then reports a
+// warning on standard error.
+struct FakeToolchain {
+    explicit FakeToolchain(bool withScript) {
+        if (const char* home = std::getenv("RQPDEV_HOME"))
+            saved = home;
+        if (withScript) {
+            rqtest::writeFile(dir.path() / "RqGenMdl.sh",
+                              "#!/bin/sh\nprintf 'module %s [%s]\\n' \"$MdlName\" \"$LDFLAGS\"\n"
+                              "while [ ! -e \"$PRJ_DIR/go\" ]; do sleep 0.02; done\n"
+                              "echo 'warning: unused x' >&2\n");
+            ::chmod(dir.file("RqGenMdl.sh").c_str(), 0755);
+        }
+        ::setenv("RQPDEV_HOME", dir.str().c_str(), 1);
+    }
+    ~FakeToolchain() { ::setenv("RQPDEV_HOME", saved.c_str(), 1); }
+    rqtest::TempDir dir;
+    std::string saved;
+};
+
+TEST_F(DeployDialogs, ModuleSettingChecksAndShowsTheCompileAtItsEnd) {
+    FakeToolchain toolchain(true);
+    rqshell::CModuleDialog d(project->model(), sink);
+    EXPECT_EQ(d.windowTitle(), "Module Setting");
+    EXPECT_EQ(d.nameEdit()->accessibleName(), "Module Name:");
+    EXPECT_TRUE(d.statusLine()->text().isEmpty());
+    d.show();
+    // The checks of Compile and of OK, in order; a refused OK keeps the dialog.
+    d.setForm({"", "-DX", "", "", false});
+    d.compileButton()->click();
+    d.sourcesEdit()->setText("x");
+    d.compileButton()->click();
+    d.addSourceFiles({"%PRJ_DIR%/a.c", "/b c.c"});
+    d.okButton()->click();
+    EXPECT_TRUE(d.isVisible());
+    d.nameEdit()->setText("pump");
+    project->model().projectDirectory.clear();
+    d.compileButton()->click();
+    EXPECT_EQ(sink.texts(),
+              (std::vector<std::string>{"module name is empty,please input module name!",
+                                        "module name is empty,please input module name!",
+                                        "module name is empty,please input module name!",
+                                        rq::kNoProjectDirectoryMessage}));
+    project->model().projectDirectory = dir.str();
+    d.sourcesEdit()->clear();
+    d.compileButton()->click();
+    EXPECT_EQ(sink.texts().back(), "source file is empty,please input source name!");
+    EXPECT_FALSE(d.compiling());
+
+    // The compile: buttons off while it runs, nothing shown before its end, then
+    // standard output followed by standard error.
+    d.addSourceFiles({"%PRJ_DIR%/a.c"});
+    d.compileButton()->click();
+    EXPECT_EQ(d.statusLine()->text(), "Compiling, waiting...");
+    ASSERT_TRUE(runUntil([&] { return d.compiling(); }));
+    for (QPushButton* b : {d.okButton(), d.cancelButton(), d.compileButton()})
+        EXPECT_FALSE(b->isEnabled());
+    d.okButton()->click();
+    EXPECT_TRUE(d.isVisible());
+    EXPECT_TRUE(d.outputBox()->toPlainText().isEmpty());
+    rqtest::writeFile(dir.path() / "go", "");
+    ASSERT_TRUE(runUntil([&] { return !d.compiling(); }));
+    EXPECT_EQ(d.outputBox()->toPlainText().toStdString(),
+              "module pump [ \"" + dir.str() + "/a.c\" ]\nwarning: unused x\n");
+    EXPECT_EQ(d.statusLine()->text(), "Compile complete, output information:");
+    EXPECT_TRUE(d.okButton()->isEnabled());
+
+    // Escape while it runs stops it and keeps what was typed.
+    fs::remove(dir.path() / "go");
+    d.compileButton()->click();
+    ASSERT_TRUE(runUntil([&] { return d.compiling(); }));
+    d.reject();
+    ASSERT_TRUE(runUntil([&] { return !d.compiling(); }, 5000));
+    EXPECT_TRUE(d.isVisible());
+    EXPECT_EQ(d.form().name, "pump");
+    EXPECT_FALSE(rq::ProcessRunner::running());
+    d.disableBox()->setChecked(true);
+    d.okButton()->click();
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+    EXPECT_EQ(d.form(), (rq::ModuleForm{"pump", "-DX", "\"%PRJ_DIR%/a.c\" ", "", true}));
+}
+
+TEST_F(DeployDialogs, ModuleCompileReportsAMissingToolchainScript) {
+    FakeToolchain toolchain(false);
+    rqshell::CModuleDialog d(project->model(), sink);
+    d.setForm({"pump", "", "\"a.c\" ", "", false});
+    d.compileButton()->click();
+    ASSERT_TRUE(runUntil([&] { return d.compiling(); }));
+    ASSERT_TRUE(runUntil([&] { return !d.compiling(); }));
+    EXPECT_NE(d.outputBox()->toPlainText().indexOf("RqGenMdl.sh"), -1)
+        << d.outputBox()->toPlainText().toStdString();
+    EXPECT_NE(d.outputBox()->toPlainText().toStdString(), rq::kDefaultCompileOutput);
+}
+
+// The module list of the main window, edited through the real dialog.
+TEST_F(DeployDialogs, ModulesListThroughTheMainWindow) {
+    rqtest::TempDir work;
+    const char* src = std::getenv("RQ_SOURCE_DIR");
+    fs::copy(std::string(src ? src : ".") + "/data/examples/demo", work.path() / "demo",
+             fs::copy_options::recursive);
+    rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(work.file("demo"))));
+    const std::string before = rqtest::readFile(work.path() / "demo" / "modules.xml");
+    frame.tree().setCurrentItem(frame.tree().fixedNode(rqshell::FixedNode::Module));
+    rqshell::SectionListModel& list = frame.view().listModel();
+    ASSERT_EQ(list.columnCount(), 5);
+    ASSERT_EQ(list.rowCount(), 1);
+    EXPECT_EQ(list.text(0, 4), "Enable");
+
+    auto drive = [&](std::function<void(rqshell::CModuleDialog&)> f) {
+        QTimer::singleShot(0, [&, f] {
+            auto* d = qobject_cast<rqshell::CModuleDialog*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(d);
+            f(*d);
+            if (d->isVisible())
+                d->reject();
+        });
+    };
+    drive([](rqshell::CModuleDialog& d) {
+        d.setForm({"pid", "", "\"pid.c\" ", "kp=2", true});
+        d.okButton()->click();
+    });
+    frame.runCommand(rq::cmd::kAddModule);
+    ASSERT_EQ(list.rowCount(), 2);
+    EXPECT_EQ(list.text(1, 4), "Disable");
+    frame.view().selectRow(1);
+    drive([](rqshell::CModuleDialog& d) {
+        EXPECT_EQ(d.form().params, "kp=2");
+        d.disableBox()->setChecked(false);
+        d.okButton()->click();
+    });
+    frame.runCommand(rq::cmd::kModifyModule);
+    EXPECT_EQ(list.text(1, 4), "Enable");
+    EXPECT_EQ(frame.action(rq::cmd::kUndo)->text(), "Undo Modify Module");
+    frame.runCommand(rq::cmd::kSave);
+    const std::string saved = rqtest::readFile(work.path() / "demo" / "modules.xml");
+    EXPECT_NE(saved.find("\t<module name=\"pid\" defines=\"\" srcfiles=\"&quot;pid.c&quot; \" "
+                         "params=\"kp=2\" enable=\"1\"/>\r\n</modules>\r\n"),
+              std::string::npos);
+    frame.runCommand(rq::cmd::kUndo);
+    frame.runCommand(rq::cmd::kUndo);
+    EXPECT_EQ(list.rowCount(), 1);
+    frame.runCommand(rq::cmd::kSave);
+    EXPECT_EQ(rqtest::readFile(work.path() / "demo" / "modules.xml"), before);
 }
 
 TEST_F(DeployDialogs, PasswordEntriesMustAgree) {

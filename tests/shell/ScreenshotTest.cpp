@@ -8,6 +8,7 @@
 #include "sections/fbd/ui/FbdDialogs.h"
 #include "sections/hmidb/ui/HmiDbDialogs.h"
 #include "sections/hmiwindow/ui/HmiWindowDialogs.h"
+#include "sections/modules/ui/ModuleDialog.h"
 #include "sections/param/ui/ParamDialogs.h"
 #include "sections/printer/ui/PrinterDialog.h"
 #include "sections/redundancy/ui/RedundancyDialog.h"
@@ -30,6 +31,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QScreen>
 #include <gtest/gtest.h>
@@ -330,6 +332,22 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
         alarmData.setForm(
             rq::alarmDataFormFromRecord(frame.project().alarm.groups().front().data.front()));
     save(alarmData, "alarm-data-information");
+
+    // The user modules: the list of "module  configuration", its menu, and "Module
+    // Setting" filled from the first module with the output of a compile.
+    tree.setCurrentItem(tree.fixedNode(rqshell::FixedNode::Module));
+    save(frame, "modules-list");
+    {
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kModulesList, &frame));
+        menu->adjustSize();
+        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-modules-list.png")));
+    }
+    rqshell::CModuleDialog module(frame.project().model(), sink);
+    if (!frame.project().modules.modules().empty())
+        module.setForm(rq::moduleFormFromRecord(frame.project().modules.modules().front()));
+    module.statusLine()->setText(rq::kCompileCompleteStatus);
+    module.outputBox()->setPlainText(rq::kDefaultCompileOutput);
+    save(module, "module-setting");
 
     // The node image strip, eight times enlarged.
     QImage strip = rqshell::nodeImageStrip();

@@ -223,7 +223,7 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
           "Configuration|32856|on"}},
         {FixedNode::Module,
          false,
-         {"Add Module(&N)|32860|off", "Delete Module(&D)|32861|off", "Modify(&P)|32862|off"}},
+         {"Add Module(&N)|32860|on", "Delete Module(&D)|32861|on", "Modify(&P)|32862|on"}},
         {FixedNode::Redundant, true, {"Configuration|32863|off"}},
         {FixedNode::FunctionBlock,
          true,
