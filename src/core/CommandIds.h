@@ -94,6 +94,13 @@ inline constexpr int kModifyAlarmData = 32859;
 inline constexpr int kAddModule = 32860;
 inline constexpr int kDeleteModule = 32861;
 inline constexpr int kModifyModule = 32862;
+// History records.
+inline constexpr int kModifyHistoryRecord = 32853;
+inline constexpr int kNewHistoryRecord = 32912;
+inline constexpr int kDeleteHistoryRecord = 32913;
+inline constexpr int kNewHistoryData = 32850;
+inline constexpr int kDeleteHistoryData = 32851;
+inline constexpr int kModifyHistoryData = 32852;
 // The edit history.
 inline constexpr int kUndo = 57643;
 inline constexpr int kRedo = 57644;

@@ -6,6 +6,7 @@
 #include "sections/datalog/ui/DataLogEditorUi.h"
 #include "sections/device/ui/DeviceEditorUi.h"
 #include "sections/fbd/ui/FbdEditorUi.h"
+#include "sections/history/ui/HistoryEditorUi.h"
 #include "sections/hmidb/ui/HmiDbEditorUi.h"
 #include "sections/hmiwindow/ui/HmiWindowEditorUi.h"
 #include "sections/modules/ui/ModuleDialog.h"
@@ -114,6 +115,7 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     registerEditor(FixedNode::RealtimeRecord, rq::SectionObject::DataLog, makeDataLogEditor(env));
     registerEditor(FixedNode::Windows, rq::SectionObject::HmiWindow, makeHmiWindowEditor(env));
     registerEditor(FixedNode::Module, rq::SectionObject::Modules, makeModulesEditor(env));
+    registerEditor(FixedNode::HistoryRecord, rq::SectionObject::History, makeHistoryEditor(env));
     registerSection(std::make_unique<CommandSection>(rq::SectionObject::Printer,
                                                      makePrinterEditor(env), shellContext()));
 
@@ -123,7 +125,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
         int listMenu;
     };
     const Pending pending[] = {
-        {FixedNode::HistoryRecord, menuid::kHistoryTree, menuid::kHistoryList},
     };
     for (const Pending& p : pending) {
         pendingHandlers_.push_back(

@@ -6,6 +6,7 @@
 #include "sections/datalog/ui/DataLogDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
 #include "sections/fbd/ui/FbdDialogs.h"
+#include "sections/history/ui/HistoryDialogs.h"
 #include "sections/hmidb/ui/HmiDbDialogs.h"
 #include "sections/hmiwindow/ui/HmiWindowDialogs.h"
 #include "sections/modules/ui/ModuleDialog.h"
@@ -299,6 +300,22 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     if (!frame.project().hmiwindow.windows.empty())
         window.setForm(rq::windowFormFromRecord(frame.project().hmiwindow.windows.front()));
     save(window, "window-setting");
+    // The history records: a record's variables, "History Data Configuration" and
+    // "History Data Record" filled from the demo's first record and variable.
+    QTreeWidgetItem* his = tree.fixedNode(rqshell::FixedNode::HistoryRecord);
+    if (his->childCount())
+        tree.setCurrentItem(his->child(0));
+    save(frame, "history-list");
+    rqshell::CHistoryConfigDialog historyConfig(sink);
+    rqshell::CHistoryDataDialog historyData(frame.project().rtdb, source.system, sink);
+    if (!frame.project().history.records().empty()) {
+        const rq::HistoryRecord& r = frame.project().history.records().front();
+        historyConfig.setForm(rq::historyRecordForm(r));
+        if (r.data.size() > 2)
+            historyData.setForm(rq::historyDataForm(r.data[2]));
+    }
+    save(historyConfig, "history-data-configuration");
+    save(historyData, "history-data-record");
     // The configuration dialogs on the demo's values.
     rqshell::CRedundancyDialog redundancy(sink);
     redundancy.setForm(rq::redundancyFormFromConfig(frame.project().redundancy.config()));

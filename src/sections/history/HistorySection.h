@@ -43,6 +43,8 @@ struct HistoryData {
     std::string trigvarname;  // used with "vartrigger", "DB.DATA"
     std::string queryvarname; // "DB.DATA"
     std::string description;
+
+    bool operator==(const HistoryData&) const = default;
 };
 
 struct HistoryRecord {
