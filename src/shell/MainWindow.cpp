@@ -44,22 +44,6 @@ namespace {
 constexpr int kRecentCount = 4;
 constexpr int kFirstRecent = rq::cmd::kRecentFile; // 57616 .. 57619
 
-// The handler of a fixed node whose section editor is not part of this program:
-// its menus are shown with every section command disabled, its list stays empty.
-class PendingSectionHandler : public TreeNodeHandler {
-public:
-    PendingSectionHandler(CRQPDevView& view, int menu, int listMenu)
-        : view_(view), menu_(menu), listMenu_(listMenu) {}
-    int GetMenuId() const override { return menu_; }
-    int GetListMenuId() const override { return listMenu_; }
-    void OnSelect(QTreeWidgetItem*) override { view_.showEmpty(); }
-
-private:
-    CRQPDevView& view_;
-    int menu_;
-    int listMenu_;
-};
-
 bool isProgramCommand(int c) {
     switch (c) {
     case rq::cmd::kNew:
@@ -119,18 +103,6 @@ CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq:
     registerSection(std::make_unique<CommandSection>(rq::SectionObject::Printer,
                                                      makePrinterEditor(env), shellContext()));
 
-    struct Pending {
-        FixedNode node;
-        int menu;
-        int listMenu;
-    };
-    const Pending pending[] = {
-    };
-    for (const Pending& p : pending) {
-        pendingHandlers_.push_back(
-            std::make_unique<PendingSectionHandler>(*view_, p.menu, p.listMenu));
-        CPrjTree::setHandler(tree_->fixedNode(p.node), pendingHandlers_.back().get());
-    }
     tree_->expandEverything();
     updateTitle();
     updateCommandStates();

@@ -142,7 +142,6 @@ private:
 
     std::vector<QAction*> keyActions_; // F5, F9, F10 and tool-bar-only actions
     std::vector<std::unique_ptr<ShellSection>> sections_;
-    std::vector<std::unique_ptr<TreeNodeHandler>> pendingHandlers_;
 };
 
 template <class Editor> Editor& CMainFrame::editor(rq::SectionObject object) const {
