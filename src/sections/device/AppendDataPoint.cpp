@@ -1,3 +1,4 @@
+#include "core/RowPositions.h"
 #include "sections/device/DeviceEdits.h"
 
 namespace rq {
@@ -22,34 +23,12 @@ RemoveDataPoints::RemoveDataPoints(std::string name, DeviceSection& s, std::size
 
 void RemoveDataPoints::redo() {
     auto& data = s_.links()[link_].devices[device_].data;
-    removed_.clear();
-    std::vector<DeviceDataItem> kept;
-    kept.reserve(data.size() - rows_.size());
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < data.size(); ++i) {
-        if (next < rows_.size() && rows_[next] == i) {
-            removed_.push_back(std::move(data[i]));
-            ++next;
-        } else {
-            kept.push_back(std::move(data[i]));
-        }
-    }
-    data = std::move(kept);
+    removed_ = takeRows(data, rows_);
 }
 
 void RemoveDataPoints::undo() {
     auto& data = s_.links()[link_].devices[device_].data;
-    std::vector<DeviceDataItem> merged;
-    merged.reserve(data.size() + removed_.size());
-    std::size_t kept = 0, next = 0;
-    while (kept < data.size() || next < removed_.size()) {
-        if (next < removed_.size() && rows_[next] == merged.size())
-            merged.push_back(std::move(removed_[next++]));
-        else
-            merged.push_back(std::move(data[kept++]));
-    }
-    data = std::move(merged);
-    removed_.clear();
+    putRowsBack(data, rows_, removed_);
 }
 
 ReplaceDataPoint::ReplaceDataPoint(std::string name, DeviceSection& s, std::size_t link,

@@ -1,3 +1,4 @@
+#include "core/RowPositions.h"
 #include "sections/history/HistoryEdits.h"
 
 #include <utility>
@@ -24,34 +25,12 @@ RemoveHistoryData::RemoveHistoryData(std::string name, HistorySection& s, std::s
 
 void RemoveHistoryData::redo() {
     auto& data = s_.records()[record_].data;
-    removed_.clear();
-    std::vector<HistoryData> kept;
-    kept.reserve(data.size() - rows_.size());
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < data.size(); ++i) {
-        if (next < rows_.size() && rows_[next] == i) {
-            removed_.push_back(std::move(data[i]));
-            ++next;
-        } else {
-            kept.push_back(std::move(data[i]));
-        }
-    }
-    data = std::move(kept);
+    removed_ = takeRows(data, rows_);
 }
 
 void RemoveHistoryData::undo() {
     auto& data = s_.records()[record_].data;
-    std::vector<HistoryData> merged;
-    merged.reserve(data.size() + removed_.size());
-    std::size_t kept = 0, next = 0;
-    while (kept < data.size() || next < removed_.size()) {
-        if (next < removed_.size() && rows_[next] == merged.size())
-            merged.push_back(std::move(removed_[next++]));
-        else
-            merged.push_back(std::move(data[kept++]));
-    }
-    data = std::move(merged);
-    removed_.clear();
+    putRowsBack(data, rows_, removed_);
 }
 
 ReplaceHistoryData::ReplaceHistoryData(std::string name, HistorySection& s, std::size_t record,
