@@ -182,16 +182,16 @@ static const char* kindOf(mode_t mode) {
     return "not a plain file";
 }
 
-bool readRegularFile(const std::string& path, std::string& bytes, std::string* error) {
+int openRegularFile(const std::string& path, long long* size, std::string* error) {
     auto refuse = [&](mode_t mode) {
         if (error)
             *error = std::string("not a regular file: it is ") + kindOf(mode);
-        return false;
+        return -1;
     };
     auto failed = [&](int err) {
         if (error)
             *error = std::strerror(err);
-        return false;
+        return -1;
     };
     struct stat st;
     if (::stat(path.c_str(), &st) != 0)
@@ -208,9 +208,19 @@ bool readRegularFile(const std::string& path, std::string& bytes, std::string* e
         ::close(fd);
         return S_ISREG(st.st_mode) ? failed(err) : refuse(st.st_mode);
     }
+    if (size)
+        *size = static_cast<long long>(st.st_size);
+    return fd;
+}
+
+bool readRegularFile(const std::string& path, std::string& bytes, std::string* error) {
+    long long size = 0;
+    int fd = openRegularFile(path, &size, error);
+    if (fd < 0)
+        return false;
     bytes.clear();
-    if (st.st_size > 0)
-        bytes.reserve(static_cast<size_t>(st.st_size));
+    if (size > 0)
+        bytes.reserve(static_cast<size_t>(size));
     char buf[65536];
     for (;;) {
         ssize_t n = ::read(fd, buf, sizeof buf);
@@ -219,7 +229,9 @@ bool readRegularFile(const std::string& path, std::string& bytes, std::string* e
                 continue;
             int err = errno;
             ::close(fd);
-            return failed(err);
+            if (error)
+                *error = std::strerror(err);
+            return false;
         }
         if (n == 0)
             break;

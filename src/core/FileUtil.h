@@ -35,5 +35,8 @@ bool readWholeFile(const std::string& path, std::string& bytes, std::string* err
 // a device or a directory is refused with a reason (and never opened for reading,
 // so a FIFO without writer cannot block).
 bool readRegularFile(const std::string& path, std::string& bytes, std::string* error);
+// The open step of readRegularFile: a descriptor open for reading (the caller
+// closes it) and the file's size, or -1 with the same reasons.
+int openRegularFile(const std::string& path, long long* size, std::string* error);
 
 } // namespace rq

@@ -1,4 +1,5 @@
 #include "core/Xml.h"
+#include "core/XmlParse.h"
 
 #include "core/FileUtil.h"
 #include "core/TextEncoding.h"
@@ -47,6 +48,8 @@ namespace {
 void ignoreGenericError(void*, const char*, ...) {}
 void ignoreStructuredError(void*, xmlErrorPtr) {}
 
+} // namespace
+
 // Every parse: the library version check and no blank text nodes, errors kept out
 // of standard error (they reach the caller as text).
 int prepareParser() {
@@ -56,7 +59,7 @@ int prepareParser() {
     return XML_PARSE_NOBLANKS | XML_PARSE_NONET | XML_PARSE_COMPACT;
 }
 
-std::string describe(const xmlError* err) {
+std::string describeXmlError(const xmlError* err) {
     if (!err || !err->message)
         return "the file is not well-formed XML";
     std::string msg = err->message;
@@ -86,6 +89,8 @@ std::string declarationEncoding(std::string_view head) {
     return std::string(decl.substr(pos + 1, close - pos - 1));
 }
 
+namespace {
+
 // The parser stops at the first entity declaration: project and catalog files
 // declare none, and an entity used many times can take gigabytes to expand. The
 // flag of the parse in progress on this thread records it.
@@ -102,12 +107,15 @@ void refuseUnparsedEntity(void* ctx, const xmlChar*, const xmlChar*, const xmlCh
     refuseEntity(ctx, nullptr, 0, nullptr, nullptr, nullptr);
 }
 
-constexpr const char* kEntityRefused =
+} // namespace
+
+const char* const kEntityRefused =
     "the file declares an entity (<!ENTITY ...>); project files use none, so it is not read";
 
 // Where the bytes stop being UTF-8 and the device code page alike: the reason of a
 // file in neither, with the line and the byte.
-std::string notInEitherCodePage(std::string_view bytes, size_t offset, const char* codePage) {
+static std::string notInEitherCodePage(std::string_view bytes, size_t offset,
+                                       const char* codePage) {
     size_t line = 1, lineStart = 0;
     for (size_t i = 0; i < offset && i < bytes.size(); ++i)
         if (bytes[i] == '\n') {
@@ -121,7 +129,9 @@ std::string notInEitherCodePage(std::string_view bytes, size_t offset, const cha
            " (" + hex + "): the file is neither UTF-8 nor the device code page (" + codePage + ")";
 }
 
-} // namespace
+const char* fallbackCodePage() {
+    return deviceCodePageIsUtf8() ? "GB2312" : deviceCodePage().c_str();
+}
 
 XmlDocument::~XmlDocument() {
     if (doc_)
@@ -141,57 +151,78 @@ std::string XmlDocument::declaredEncoding() const {
 // One parse of the bytes; when it fails and the bytes are not UTF-8 and declare no
 // encoding, they are read again in the device code page: a file the tool wrote
 // carries no declaration.
-bool XmlDocument::parse(std::string_view bytes, const std::string& name, std::string* error) {
-    if (doc_) {
-        xmlFreeDoc(doc_);
-        doc_ = nullptr;
-    }
+xmlDoc* parseXmlBytes(std::string_view bytes, const std::string& name, bool buildTree,
+                      std::string* reason, const char** codePage) {
+    if (codePage)
+        *codePage = nullptr;
     if (bytes.size() > static_cast<size_t>(INT_MAX)) {
-        if (error)
-            *error = "the file is too large";
-        return false;
+        if (reason)
+            *reason = "the file is too large";
+        return nullptr;
     }
     const int options = prepareParser();
     xmlParserCtxtPtr ctxt = xmlNewParserCtxt();
     if (!ctxt) {
-        if (error)
-            *error = "out of memory";
-        return false;
+        if (reason)
+            *reason = "out of memory";
+        return nullptr;
     }
     bool entityDeclared = false;
     entityDeclaredFlag = &entityDeclared;
     ctxt->sax->entityDecl = refuseEntity;
     ctxt->sax->unparsedEntityDecl = refuseUnparsedEntity;
+    if (!buildTree) { // the verdict and its reason only
+        ctxt->sax->startElementNs = nullptr;
+        ctxt->sax->endElementNs = nullptr;
+        ctxt->sax->characters = nullptr;
+        ctxt->sax->ignorableWhitespace = nullptr;
+        ctxt->sax->cdataBlock = nullptr;
+        ctxt->sax->comment = nullptr;
+        ctxt->sax->processingInstruction = nullptr;
+        ctxt->sax->reference = nullptr;
+    }
     auto read = [&](const char* encoding) {
         return xmlCtxtReadMemory(ctxt, bytes.data(), static_cast<int>(bytes.size()), name.c_str(),
                                  encoding, options);
     };
     auto failure = [&] {
-        return entityDeclared ? std::string(kEntityRefused) : describe(xmlCtxtGetLastError(ctxt));
+        return entityDeclared ? std::string(kEntityRefused)
+                              : describeXmlError(xmlCtxtGetLastError(ctxt));
     };
-    doc_ = read(nullptr);
-    std::string reason = doc_ ? std::string() : failure();
-    if (!doc_ && !entityDeclared && declarationEncoding(bytes.substr(0, 256)).empty() &&
+    xmlDoc* doc = read(nullptr);
+    std::string why = doc ? std::string() : failure();
+    if (!doc && !entityDeclared && declarationEncoding(bytes.substr(0, 256)).empty() &&
         !isValidUtf8(bytes)) {
-        const char* cp = deviceCodePageIsUtf8() ? "GB2312" : deviceCodePage().c_str();
+        const char* cp = fallbackCodePage();
         if (std::optional<size_t> bad = firstByteNotIn(bytes, cp)) {
-            reason = notInEitherCodePage(bytes, *bad, cp);
+            why = notInEitherCodePage(bytes, *bad, cp);
         } else {
             xmlCtxtReset(ctxt);
-            doc_ = read(cp);
-            if (!doc_)
-                reason = failure();
+            doc = read(cp);
+            if (!doc)
+                why = failure();
+            else if (codePage)
+                *codePage = cp;
         }
     }
-    if (doc_ && entityDeclared) { // stopped parsers give no document; be sure
-        xmlFreeDoc(doc_);
-        doc_ = nullptr;
-        reason = kEntityRefused;
+    if (doc && entityDeclared) { // stopped parsers give no document; be sure
+        xmlFreeDoc(doc);
+        doc = nullptr;
+        why = kEntityRefused;
     }
     entityDeclaredFlag = nullptr;
     xmlFreeParserCtxt(ctxt);
-    if (!doc_ && error)
-        *error = reason;
+    if (!doc && reason)
+        *reason = why;
+    return doc;
+}
+
+bool XmlDocument::parse(std::string_view bytes, const std::string& name, std::string* error) {
+    if (doc_) {
+        xmlFreeDoc(doc_);
+        doc_ = nullptr;
+    }
+    doc_ = parseXmlBytes(bytes, name, true, error, nullptr);
     return doc_ != nullptr;
 }
 
