@@ -1,14 +1,13 @@
 // Reading rtdb.xml: one function per element; elements of other names are skipped
-// in children(). A project may hold hundreds of thousands of data items, so each
-// element's attributes are taken in one walk over its attribute list (the values
-// are those ReadAttrText gives, without its per-attribute search and copy), and
-// lists and the namespace index are sized before they are filled.
+// in children(). The file is read as a stream (a project may hold millions of data
+// items), and each data element's attributes are taken in one walk over its
+// attribute list.
 
 #include "core/DataTypes.h"
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 #include "sections/rtdb/RtdbSection.h"
 
-#include <cstring>
 #include <string>
 #include <unordered_set>
 
@@ -16,52 +15,24 @@ namespace rq {
 
 namespace {
 
-// The value of one attribute node, as xmlGetProp would give it.
-std::string attrValue(const xmlAttr* attr) {
-    const xmlNode* text = attr->children;
-    if (!text)
-        return {};
-    if (text->type == XML_TEXT_NODE && !text->next && text->content)
-        return reinterpret_cast<const char*>(text->content);
-    xmlChar* v = xmlNodeListGetString(attr->doc, attr->children, 1);
-    if (!v)
-        return {};
-    std::string out(reinterpret_cast<const char*>(v));
-    xmlFree(v);
-    return out;
-}
-
-// Fills the named fields from the element's attributes without a namespace; the
-// names not present stay empty.
+// Fills the named fields from the element's attributes without a namespace (the
+// first of each name); the names not present stay empty.
 template <std::size_t N>
-void readAttrs(const xmlNode* element, const char* const (&names)[N], std::string* (&&out)[N]) {
-    for (const xmlAttr* a = element->properties; a; a = a->next) {
-        if (a->ns || !a->name)
+void readAttrs(const XmlStream& s, const std::string_view (&names)[N], std::string* (&&out)[N]) {
+    bool seen[N] = {};
+    for (std::size_t a = 0, count = s.attributeCount(); a < count; ++a) {
+        const XmlStream::Attribute attr = s.attribute(a);
+        if (attr.namespaced)
             continue;
-        const char* name = reinterpret_cast<const char*>(a->name);
         for (std::size_t i = 0; i < N; ++i) {
-            if (std::strcmp(name, names[i]) == 0) {
-                *out[i] = attrValue(a);
+            if (attr.name == names[i]) {
+                if (!seen[i])
+                    out[i]->assign(attr.value);
+                seen[i] = true;
                 break;
             }
         }
     }
-}
-
-// Element children of a database or group, for sizing lists before reading.
-std::size_t countItems(const xmlNode* element) {
-    std::size_t n = 0;
-    for (const xmlNode* c = element->children; c; c = c->next)
-        n += isElement(c, "data") || isElement(c, "datalias");
-    return n;
-}
-
-std::size_t countSubtree(const xmlNode* element) {
-    std::size_t n = 0;
-    for (const xmlNode* c = element->children; c; c = c->next)
-        if (c->type == XML_ELEMENT_NODE)
-            n += 1 + countSubtree(c);
-    return n;
 }
 
 constexpr const char* kDatabaseExists = "The database already exist!";
@@ -81,15 +52,15 @@ class RtdbReader {
 public:
     RtdbReader(DataNode& root, ReadContext& ctx) : root_(root), sink_(ctx.sink), ctx_(ctx) {}
 
-    void rtdbs(const xmlNode* element) {
-        for (const xmlNode* n = element->children; n; n = n->next)
-            if (isElement(n, "rtdb"))
-                rtdb(n);
+    void rtdbs(XmlStream& s) {
+        for (auto c = s.children(); c.next();)
+            if (s.is("rtdb"))
+                rtdb(s);
     }
 
 private:
-    void rtdb(const xmlNode* element) {
-        std::string name = ReadAttrText(element, "name");
+    void rtdb(XmlStream& s) {
+        std::string name = s.attr("name");
         if (name.empty()) {
             ctx_.drop("rtdb", "no name; left out with all its content");
             return;
@@ -100,28 +71,26 @@ private:
                       "a second database of this name; left out with all its content");
             return;
         }
-        std::string sync = ReadAttrText(element, "sync");
-        bool synced = sync.empty() || parseDecimal(sync) != 0;
+        const std::string_view sync = s.attrView("sync");
+        const bool synced = sync.empty() || parseDecimal(sync) != 0;
         DataNode& db = root_.addDatabase(std::move(name), synced);
-        db.reserveNames(countSubtree(element));
-        children(element, db);
+        children(s, db);
     }
 
     // The content of a database or a data group.
-    void children(const xmlNode* element, DataNode& node) {
-        node.reserveItems(countItems(element));
-        for (const xmlNode* n = element->children; n; n = n->next) {
-            if (isElement(n, "datagroup"))
-                datagroup(n, node);
-            else if (isElement(n, "data"))
-                data(n, node);
-            else if (isElement(n, "datalias"))
-                datalias(n, node);
+    void children(XmlStream& s, DataNode& node) {
+        for (auto c = s.children(); c.next();) {
+            if (s.is("datagroup"))
+                datagroup(s, node);
+            else if (s.is("data"))
+                data(s, node);
+            else if (s.is("datalias"))
+                datalias(s, node);
         }
     }
 
-    void datagroup(const xmlNode* element, DataNode& parent) {
-        std::string name = ReadAttrText(element, "name");
+    void datagroup(XmlStream& s, DataNode& parent) {
+        std::string name = s.attr("name");
         if (name.empty()) {
             ctx_.drop(describe("datagroup", name, &parent),
                       "no name; left out with all its content");
@@ -134,14 +103,14 @@ private:
             return;
         }
         DataNode& group = parent.addGroup(std::move(name));
-        children(element, group);
+        children(s, group);
     }
 
-    void data(const xmlNode* element, DataNode& node) {
-        static constexpr const char* kNames[] = {"name", "type", "length", "init", "description"};
+    void data(const XmlStream& s, DataNode& node) {
+        static constexpr std::string_view kNames[] = {"name", "type", "length", "init",
+                                                      "description"};
         DataItem item;
-        readAttrs(element, kNames,
-                  {&item.name, &item.type, &item.length, &item.init, &item.description});
+        readAttrs(s, kNames, {&item.name, &item.type, &item.length, &item.init, &item.description});
         if (item.name.empty() || item.type.empty()) {
             ctx_.drop(describe("data", item.name, &node),
                       item.name.empty() ? "no name; left out" : "no type; left out");
@@ -160,11 +129,11 @@ private:
         node.addItem(std::move(item));
     }
 
-    void datalias(const xmlNode* element, DataNode& node) {
-        static constexpr const char* kNames[] = {"aliasname", "name"};
+    void datalias(const XmlStream& s, DataNode& node) {
+        static constexpr std::string_view kNames[] = {"aliasname", "name"};
         DataItem item;
         item.kind = DataItemKind::Alias;
-        readAttrs(element, kNames, {&item.name, &item.target});
+        readAttrs(s, kNames, {&item.name, &item.target});
         if (item.name.empty() || item.target.empty()) {
             ctx_.drop(describe("datalias", item.name, &node),
                       item.name.empty() ? "no alias name; left out" : "no data named; left out");
@@ -181,26 +150,21 @@ private:
 
 } // namespace
 
-bool RtdbSection::readDocument(XmlDocument& doc, ReadContext& ctx) {
-    RtdbReader reader(root_, ctx);
-    reader.rtdbs(doc.root());
-    return true;
+bool RtdbSection::readStream(const XmlInput& input, ReadContext& ctx) {
+    return readSectionXml(
+        input, "rtdbs", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            RtdbReader(root_, c).rtdbs(s);
+            return true;
+        });
 }
 
 bool RtdbSection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "rtdbs", &ctx.error))
-        return false;
-    return readDocument(doc, ctx);
+    return readStream(XmlInput::file(path), ctx);
 }
 
 bool RtdbSection::readMemory(std::string_view bytes, const std::string& name, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.loadMemory(bytes, name, "rtdbs", &ctx.error))
-        return false;
-    return readDocument(doc, ctx);
+    return readStream(XmlInput::memory(bytes, name), ctx);
 }
 
 } // namespace rq

@@ -39,7 +39,7 @@ public:
     bool hasData(std::string_view dbname, std::string_view dataname) const;
 
 private:
-    bool readDocument(class XmlDocument& doc, ReadContext& ctx);
+    bool readStream(const struct XmlInput& input, ReadContext& ctx);
     DataNode root_;
 };
 

@@ -149,6 +149,34 @@ TEST(RtdbReader, ReferencesInValuesAreDecodedAndWrittenRaw) {
     EXPECT_NE(written(s).find("<rtdb name=\"a&b\" sync=\"1\" >"), std::string::npos);
 }
 
+// The file is read while the records are built: a file that turns out malformed at
+// its end shows no message and keeps no record or drop; one that turns out to be
+// in the device code page is read twice but shows its messages once.
+TEST(RtdbReader, LateFailuresShowNothingAndRetriesShowOnce) {
+    const std::string dup = "<rtdb name=\"a\"/><rtdb name=\"a\"/><rtdb/>";
+    struct Case {
+        std::string bytes;
+        bool ok;
+    } cases[] = {
+        {"<rtdbs>" + dup + "<rtdb name=\"b\"><data name=\"x\" type=\"int\"/></rtdb>", false},
+        {"<rtdbs>" + dup + "</rtdbs><extra/>", false},
+        {"<rtdbs>" + dup + "<rtdb name=\"\xce\xc2\"/></rtdbs>", true}, // GB2312
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.bytes);
+        rqtest::RecordingSink sink;
+        rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+        RtdbSection s;
+        s.root().addDatabase("old");
+        EXPECT_EQ(s.readMemory(c.bytes, "rtdb.xml", ctx), c.ok);
+        EXPECT_EQ(sink.texts(), c.ok ? std::vector<std::string>{"The database already exist!"}
+                                     : std::vector<std::string>{});
+        EXPECT_EQ(ctx.dropped.size(), c.ok ? 2u : 0u);
+        EXPECT_EQ(s.databaseCount(), c.ok ? 2u : 0u);
+        EXPECT_EQ(ctx.error.empty(), c.ok) << ctx.error;
+    }
+}
+
 TEST(RtdbSection, CountsAndHasData) {
     rqtest::RecordingSink sink;
     rq::ReadContext ctx{sink, nullptr, nullptr, {}};
