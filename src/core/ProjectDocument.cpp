@@ -4,7 +4,7 @@
 #include "core/ProjectFile.h"
 #include "core/TextEncoding.h"
 
-#include "core/Xml.h"
+#include "core/XmlStream.h"
 
 #include <filesystem>
 #include <sys/stat.h>
@@ -181,9 +181,8 @@ bool ProjectDocument::saveSection(int index, const std::string& dir, std::string
         text = toDeviceXml(text);
     // The writers store most values unescaped: a file that its own reader would
     // refuse is never written over the old one.
-    XmlDocument readBack;
     std::string why;
-    if (!readBack.loadMemory(text, path, "", &why)) {
+    if (!checkXmlWellFormed(text, path, &why)) {
         if (error)
             *error = "not saved, the file on disk is kept: the section holds a value with '\"', "
                      "'<' or '&', which the file cannot store (" +

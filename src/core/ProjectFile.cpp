@@ -4,6 +4,7 @@
 #include "core/PasswordCodec.h"
 #include "core/TextEncoding.h"
 #include "core/Xml.h"
+#include "core/XmlStream.h"
 
 namespace rq {
 
@@ -42,26 +43,19 @@ void writeProjectFile(const ProjectModel& p, std::string& out) {
 
 namespace {
 
-void compile(const xmlNode* el, ProjectModel& p) {
-    p.defines = ReadAttrText(el, "defines");
-    p.libs = ReadAttrText(el, "libs");
-    p.include = ReadAttrText(el, "include");
-    p.libs_linux = ReadAttrText(el, "libs_linux");
+void compile(const XmlStream& s, ProjectModel& p) {
+    p.defines = s.attr("defines");
+    p.libs = s.attr("libs");
+    p.include = s.attr("include");
+    p.libs_linux = s.attr("libs_linux");
     if (p.libs_linux.empty())
         p.libs_linux = p.libs;
 }
 
-} // namespace
-
-bool readProjectFile(const std::string& path, ProjectModel& p, const HmiDeviceCatalog& catalog,
-                     std::string* error) {
-    XmlDocument doc;
-    if (!doc.load(path, "rqrun", error))
-        return false;
-    const xmlNode* root = doc.root();
-    std::string password = ReadAttrText(root, "downloadpwd");
+bool readRqrun(XmlStream& s, ProjectModel& p, const HmiDeviceCatalog& catalog, std::string* error) {
+    const std::string_view password = s.attrView("downloadpwd");
     if (!password.empty()) {
-        auto plain = PasswordCodec::unscramble(password);
+        auto plain = PasswordCodec::unscramble(std::string(password));
         if (!plain) {
             if (error)
                 *error = "the download password (downloadpwd) is not a scrambled password";
@@ -69,21 +63,29 @@ bool readProjectFile(const std::string& path, ProjectModel& p, const HmiDeviceCa
         }
         p.downloadPassword = fromDeviceBytes(*plain);
     }
-    p.name = ReadAttrText(root, "name");
-    p.description = ReadAttrText(root, "description");
-    p.hmiType = catalog.FindByName(ReadAttrText(root, "devicename"));
+    p.name = s.attr("name");
+    p.description = s.attr("description");
+    p.hmiType = catalog.FindByName(s.attrView("devicename"));
     p.slaveIp.clear();
     p.defines.clear();
     p.libs.clear();
     p.include.clear();
     p.libs_linux.clear();
-    for (const xmlNode* n = root->children; n; n = n->next) {
-        if (isElement(n, "slaveip"))
-            p.slaveIp = ReadAttrText(n, "addr");
-        else if (isElement(n, "compile"))
-            compile(n, p);
+    for (auto c = s.children(); c.next();) {
+        if (s.is("slaveip"))
+            p.slaveIp = s.attr("addr");
+        else if (s.is("compile"))
+            compile(s, p);
     }
     return true;
+}
+
+} // namespace
+
+bool readProjectFile(const std::string& path, ProjectModel& p, const HmiDeviceCatalog& catalog,
+                     std::string* error) {
+    return readXml(XmlInput::file(path), "rqrun", error,
+                   [&](XmlStream& s) { return readRqrun(s, p, catalog, error); });
 }
 
 } // namespace rq

@@ -1,5 +1,6 @@
 #include "sections/device/DeviceSection.h"
 
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 
 #include <algorithm>
@@ -133,29 +134,29 @@ class DeviceReader {
 public:
     DeviceReader(DeviceSection& section, ReadContext& ctx) : section_(section), ctx_(ctx) {}
 
-    void devices(const xmlNode* root) {
-        for (const xmlNode* n = root->children; n; n = n->next)
-            if (isElement(n, "link"))
-                link(n);
+    void devices(XmlStream& s) {
+        for (auto c = s.children(); c.next();)
+            if (s.is("link"))
+                link(s);
     }
 
 private:
-    void link(const xmlNode* e) {
+    void link(XmlStream& s) {
         LinkCommonFields common;
-        common.name = ReadAttrText(e, "name");
+        common.name = s.attr("name");
         if (common.name.empty()) {
             ctx_.drop("link", "no name; left out with its devices");
             return;
         }
-        common.period = ReadAttrText(e, "period");
-        common.driver = ReadAttrText(e, "driver");
-        common.masterlink = ReadAttrText(e, "masterlink");
-        common.params = ReadAttrText(e, "params");
-        common.redundtype = ReadAttrText(e, "redundtype");
-        common.status_var = ReadAttrText(e, "status_var");
-        common.control_var = ReadAttrText(e, "control_var");
-        common.timeout = ReadAttrText(e, "timeout");
-        common.enable = ReadAttrText(e, "enable");
+        common.period = s.attr("period");
+        common.driver = s.attr("driver");
+        common.masterlink = s.attr("masterlink");
+        common.params = s.attr("params");
+        common.redundtype = s.attr("redundtype");
+        common.status_var = s.attr("status_var");
+        common.control_var = s.attr("control_var");
+        common.timeout = s.attr("timeout");
+        common.enable = s.attr("enable");
 
         LinkKind kind;
         if (!linkKindOfKeyword(common.driver, kind)) { // dropped with its devices
@@ -166,18 +167,18 @@ private:
         LinkKindFields fields;
         switch (kind) {
         case LinkKind::Serial:
-            fields.devname = ReadAttrText(e, "devname");
-            fields.baudrate = ReadAttrText(e, "baudrate");
-            fields.data_bits = ReadAttrText(e, "data_bits");
-            fields.parity = ReadAttrText(e, "parity");
-            fields.stop_bits = ReadAttrText(e, "stop_bits");
+            fields.devname = s.attr("devname");
+            fields.baudrate = s.attr("baudrate");
+            fields.data_bits = s.attr("data_bits");
+            fields.parity = s.attr("parity");
+            fields.stop_bits = s.attr("stop_bits");
             break;
         case LinkKind::TcpClient:
-            fields.server_ip = ReadAttrText(e, "server_ip");
-            fields.server_port = ReadAttrText(e, "server_port");
+            fields.server_ip = s.attr("server_ip");
+            fields.server_port = s.attr("server_port");
             break;
         case LinkKind::TcpServer:
-            fields.listen_port = ReadAttrText(e, "server_port");
+            fields.listen_port = s.attr("server_port");
             break;
         case LinkKind::None:
         case LinkKind::Ferolt:
@@ -192,26 +193,26 @@ private:
         }
         LinkItem& added = appendLink(section_.links(), kind, common, fields);
         std::unordered_set<std::string> names;
-        for (const xmlNode* n = e->children; n; n = n->next)
-            if (isElement(n, "device"))
-                device(n, added, names);
+        for (auto c = s.children(); c.next();)
+            if (s.is("device"))
+                device(s, added, names);
     }
 
-    void device(const xmlNode* e, LinkItem& link, std::unordered_set<std::string>& names) {
+    void device(XmlStream& s, LinkItem& link, std::unordered_set<std::string>& names) {
         DeviceItem d;
-        d.name = ReadAttrText(e, "name");
+        d.name = s.attr("name");
         if (d.name.empty()) {
             ctx_.drop("device in link \"" + link.name + "\"", "no name; left out with its data");
             return;
         }
-        d.address = ReadAttrText(e, "address");
-        d.driver = ReadAttrText(e, "driver");
-        d.manufacturer = ReadAttrText(e, "manufacturer");
-        d.params = ReadAttrText(e, "params");
-        d.product = ReadAttrText(e, "product");
-        d.status_var = ReadAttrText(e, "status_var");
-        d.control_var = ReadAttrText(e, "control_var");
-        d.enable = ReadAttrText(e, "enable");
+        d.address = s.attr("address");
+        d.driver = s.attr("driver");
+        d.manufacturer = s.attr("manufacturer");
+        d.params = s.attr("params");
+        d.product = s.attr("product");
+        d.status_var = s.attr("status_var");
+        d.control_var = s.attr("control_var");
+        d.enable = s.attr("enable");
         if (d.enable.empty())
             d.enable = "1";
         // Same test as addDevice, through a hash set: a link may hold many devices.
@@ -221,30 +222,30 @@ private:
                       "a second device of this name; left out with its data");
             return;
         }
-        for (const xmlNode* n = e->children; n; n = n->next)
-            if (isElement(n, "data"))
-                data(n, d);
+        for (auto c = s.children(); c.next();)
+            if (s.is("data"))
+                data(s, d);
         link.devices.push_back(std::move(d));
     }
 
-    void data(const xmlNode* e, DeviceItem& device) {
+    void data(const XmlStream& s, DeviceItem& device) {
         DeviceDataItem item;
         const std::string where = "data in device \"" + device.name + "\"";
-        item.type = ReadAttrText(e, "type");
+        item.type = s.attr("type");
         if (item.type.empty()) {
             ctx_.drop(where, "no type; left out");
             return;
         }
-        item.address = ReadAttrText(e, "address");
+        item.address = s.attr("address");
         if (item.address.empty()) {
             ctx_.drop(where, "no address; left out");
             return;
         }
-        item.group = ReadAttrText(e, "group");
-        item.dataname = ReadAttrText(e, "dataname");
-        item.status_var = ReadAttrText(e, "status_var");
-        item.mode = dataModeShown(ReadAttrText(e, "mode"));
-        item.enable = ReadAttrText(e, "enable");
+        item.group = s.attr("group");
+        item.dataname = s.attr("dataname");
+        item.status_var = s.attr("status_var");
+        item.mode = dataModeShown(s.attr("mode"));
+        item.enable = s.attr("enable");
         if (item.enable.empty())
             item.enable = "1";
         device.data.push_back(std::move(item));
@@ -258,12 +259,12 @@ private:
 } // namespace
 
 bool DeviceSection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "devices", &ctx.error))
-        return false;
-    DeviceReader(*this, ctx).devices(doc.root());
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "devices", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            DeviceReader(*this, c).devices(s);
+            return true;
+        });
 }
 
 // ---------------------------------------------------------------------------
