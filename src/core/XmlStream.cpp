@@ -19,6 +19,15 @@ namespace rq {
 
 namespace {
 
+// Frees the context with the document that libxml2 makes by itself in SAX mode
+// to keep a declared entity (the parse is stopped there, but the document stays).
+void freeContext(xmlParserCtxtPtr ctxt) {
+    if (ctxt->myDoc)
+        xmlFreeDoc(ctxt->myDoc);
+    ctxt->myDoc = nullptr;
+    xmlFreeParserCtxt(ctxt);
+}
+
 constexpr std::size_t kChunk = 256 * 1024;
 
 const char* text(const unsigned char* s) {
@@ -47,7 +56,7 @@ XmlStream::XmlStream() = default;
 
 XmlStream::~XmlStream() {
     if (ctxt_)
-        xmlFreeParserCtxt(ctxt_);
+        freeContext(ctxt_);
     if (fd_ >= 0)
         ::close(fd_);
 }
@@ -95,7 +104,7 @@ bool XmlStream::open(const XmlInput& input, std::string_view expectedRoot, std::
 
 void XmlStream::reset() {
     if (ctxt_) {
-        xmlFreeParserCtxt(ctxt_);
+        freeContext(ctxt_);
         ctxt_ = nullptr;
     }
     events_.clear();
