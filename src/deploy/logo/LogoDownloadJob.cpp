@@ -63,6 +63,8 @@ std::optional<TransferOutcome> LogoDownloadJob::check() {
         return checkFailure(kMsgNoIp, MessageIcon::Stop);
     if (image_.empty())
         return checkFailure("Please choose image file!", MessageIcon::Stop);
+    if (auto failed = checkDeviceAddress(ip_))
+        return failed;
     const std::string logo = joinPath(project_.directory, "logo");
     makeDirectory(logo);
     std::string message;

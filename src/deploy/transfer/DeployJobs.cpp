@@ -124,7 +124,7 @@ std::optional<TransferOutcome> ProjectDownloadJob::check() {
                             MessageIcon::Information);
     if (project_.hmiTypeName.empty())
         return checkFailure("Please HMI type!", MessageIcon::Stop);
-    return std::nullopt;
+    return checkDeviceAddress(ip_);
 }
 
 int ProjectDownloadJob::transfer() {
@@ -190,7 +190,7 @@ std::optional<TransferOutcome> UpgradeDownloadJob::check() {
     if (!fileExists(file_))
         return checkFailure("Download file does not exist, please choose download file!",
                             MessageIcon::Stop);
-    return std::nullopt;
+    return checkDeviceAddress(ip_);
 }
 
 static const char* const kUpgradeTexts[] = {
@@ -229,7 +229,7 @@ std::optional<TransferOutcome> UploadJob::check() {
     }
     if (ip_.empty())
         return checkFailure(kMsgNoIp, MessageIcon::Stop);
-    return std::nullopt;
+    return checkDeviceAddress(ip_);
 }
 
 TransferOutcome UploadJob::work() {
@@ -305,6 +305,8 @@ TransferOutcome adjustDeviceClock(const std::string& ip) {
         o.checkFailed = true;
         return o;
     }
+    if (auto failed = checkDeviceAddress(ip))
+        return *failed;
     const int r = SetDeviceClock(ip);
     switch (r) {
     case kTransferOk:
@@ -326,7 +328,7 @@ ClockJob::ClockJob(std::string ip, TransferListener* listener)
 std::optional<TransferOutcome> ClockJob::check() {
     if (ip_.empty())
         return checkFailure(kMsgNoIp, MessageIcon::Stop);
-    return std::nullopt;
+    return checkDeviceAddress(ip_);
 }
 
 TransferOutcome ClockJob::work() {
@@ -340,6 +342,8 @@ RunningMonitor::~RunningMonitor() {
 }
 
 TransferOutcome RunningMonitor::start(const std::string& ip) {
+    if (auto failed = checkDeviceAddress(ip))
+        return *failed;
     ip_ = ip;
     const int r =
         PutFile(joinPath(programDir_, "rqmon.rqp"), "rqmon.rqp", kRemoteDir, ip, kPutFlag, "");

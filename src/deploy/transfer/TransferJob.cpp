@@ -1,5 +1,7 @@
 #include "deploy/transfer/TransferJob.h"
 
+#include "core/ValueChecks.h"
+
 #include "deploy/process/ProcessRunner.h"
 #include "deploy/protocol/DeviceProtocol.h"
 
@@ -108,6 +110,17 @@ TransferOutcome TransferJob::checkFailure(const std::string& message, MessageIco
     TransferOutcome o;
     o.message = message;
     o.icon = icon;
+    o.checkFailed = true;
+    return o;
+}
+
+std::optional<TransferOutcome> checkDeviceAddress(const std::string& ip) {
+    std::optional<std::string> message = checkIpv4Address("Slave IP Address", ip);
+    if (!message)
+        return std::nullopt;
+    TransferOutcome o;
+    o.message = *message;
+    o.icon = MessageIcon::Stop;
     o.checkFailed = true;
     return o;
 }

@@ -144,5 +144,9 @@ private:
 inline constexpr const char* kMsgNoProjectDirectory =
     "Do not choose project directory, please save project before!";
 inline constexpr const char* kMsgNoIp = "Please input corresponding HMI IP address!";
+// The typed "Slave IP Address:" when it is not a dotted IPv4 address (which the
+// connection would read as another device or none): the failed check with its
+// message. Each job asks it after its own checks; an empty address passes here.
+std::optional<TransferOutcome> checkDeviceAddress(const std::string& ip);
 
 } // namespace rq

@@ -2,6 +2,7 @@
 
 #include "core/DataTypes.h"
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 #include "core/Xml.h"
 
 #include <cstring>
@@ -161,15 +162,20 @@ std::optional<std::string> validateLinkForm(const LinkForm& f) {
     default:
         break;
     }
-    return firstUnstorable({{kLinkName, &f.name},
-                            {kPeriod, &f.period},
-                            {kMasterLink, &f.masterlink},
-                            {kTimeout, &f.timeout},
-                            {kParams, &f.params},
-                            {kStatusVar, &f.status_var},
-                            {kControlVar, &f.control_var},
-                            {kSerialDevice, &f.devname},
-                            {kServerIp, &f.server_ip}});
+    if (auto message = firstUnstorable({{kLinkName, &f.name},
+                                        {kPeriod, &f.period},
+                                        {kMasterLink, &f.masterlink},
+                                        {kTimeout, &f.timeout},
+                                        {kParams, &f.params},
+                                        {kStatusVar, &f.status_var},
+                                        {kControlVar, &f.control_var},
+                                        {kSerialDevice, &f.devname},
+                                        {kServerIp, &f.server_ip}}))
+        return message;
+    // The device connects to the server's address as it is written.
+    if (f.kind == LinkKind::TcpClient)
+        return checkIpv4Address("Server IP Address", f.server_ip);
+    return std::nullopt;
 }
 
 // ---- devices ----

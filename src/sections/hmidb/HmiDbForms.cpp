@@ -2,6 +2,7 @@
 
 #include "core/DataTypes.h"
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 #include "core/Xml.h"
 
 namespace rq {
@@ -36,7 +37,9 @@ std::optional<std::string> validateMemoryDataForm(const MemoryDataForm& form) {
         return std::string(hmidbtext::kBitLengthError);
     if (auto m = checkStorableValue("Data Name", form.name))
         return m;
-    return checkStorableValue("Initial value", form.init);
+    if (auto m = checkStorableValue("Initial value", form.init))
+        return m;
+    return checkInitialValue(form.typeIndex, form.length, form.init);
 }
 
 std::optional<std::string> validateHmiGroupForm(const HmiGroupForm& form) {

@@ -1,7 +1,9 @@
 #include "sections/redundancy/RedundancyForms.h"
 
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 
+#include <span>
 #include <string_view>
 
 namespace rq {
@@ -60,6 +62,10 @@ std::optional<std::string> validateRedundancyForm(const RedundancyForm& f) {
     };
     for (const auto& [label, value] : fields)
         if (auto message = checkStorableValue(label, *value))
+            return message;
+    // The address rows: the device connects to what they hold.
+    for (const auto& [label, value] : std::span(fields).subspan(5))
+        if (auto message = checkIpv4Address(label, *value))
             return message;
     return std::nullopt;
 }

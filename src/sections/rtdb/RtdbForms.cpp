@@ -2,6 +2,7 @@
 
 #include "core/DataTypes.h"
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 #include "core/Xml.h"
 #include "sections/rtdb/RtdbListModel.h"
 
@@ -34,7 +35,9 @@ std::optional<std::string> validateDataForm(const DataForm& form) {
         return m;
     if (auto m = checkStorableValue("Initial Value", form.init))
         return m;
-    return checkStorableValue("Description", form.description);
+    if (auto m = checkStorableValue("Description", form.description))
+        return m;
+    return checkInitialValue(form.typeIndex, form.length, form.init);
 }
 
 std::optional<std::string> validateDatabaseForm(const DatabaseForm& form) {

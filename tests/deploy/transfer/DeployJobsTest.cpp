@@ -73,6 +73,11 @@ TEST(ProjectDownload, ChecksInOrder) {
          "download package does not exist, please create download package!",
          rq::MessageIcon::Information},
         {dir.str(), "127.0.0.1", "", true, "Please HMI type!", rq::MessageIcon::Stop},
+        // A typed address that is none comes last, with its own message.
+        {dir.str(), "127.0.1", "P7", true,
+         "The field \"Slave IP Address\" must hold an IPv4 address: four numbers from 0 to 255 "
+         "separated by dots, without leading zeros (for example 192.168.1.20).",
+         rq::MessageIcon::Stop},
     };
     for (const auto& c : cases) {
         if (c.package) {
@@ -276,6 +281,7 @@ TEST(Clock, SetsTheDeviceClock) {
     EXPECT_EQ(rq::adjustDeviceClock(refusing.ip).message,
               "Adjust time fail, can not connect slave!");
     EXPECT_EQ(rq::adjustDeviceClock("").message, rq::kMsgNoIp);
+    EXPECT_TRUE(rq::adjustDeviceClock("127.0.0.001").checkFailed);
 }
 
 TEST(Monitor, PollsFormattedFiguresUntilQuit) {

@@ -4,6 +4,7 @@
 
 #include "core/Catalogs.h"
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 #include "sections/device/DeviceSectionEditor.h"
 #include "support/TestSupport.h"
 
@@ -129,6 +130,10 @@ TEST(DeviceForms, LinkPagesChecksAndStoredFields) {
     client.server_ip = "10.0.0.1";
     client.server_port = 0;
     EXPECT_EQ(validateLinkForm(client), "Please enter an integer between 1 and 65535.");
+    client.server_port = 8200;
+    client.server_ip = "10.0.0.01";
+    EXPECT_EQ(validateLinkForm(client), checkIpv4Address("Server IP Address", "10.0.0.01"));
+    ASSERT_TRUE(validateLinkForm(client));
     LinkForm quoted = link(LinkKind::None, "a\"b");
     EXPECT_EQ(validateLinkForm(quoted), checkStorableValue("Linkage Name", "a\"b"));
     DeviceDataForm point;

@@ -5,6 +5,7 @@
 #include "core/CommandIds.h"
 #include "core/MenuIds.h"
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 #include "sections/hmidb/HmiDbSectionEditor.h"
 #include "support/ScriptedDialog.h"
 #include "support/SectionTestKit.h"
@@ -79,6 +80,8 @@ TEST(HmiDbForms, ChecksInOrderAndTheTypeLocksTheLength) {
     EXPECT_EQ(validateMemoryDataForm({"m", 0, 7, "a<b"}),
               checkStorableValue("Initial value", "a<b"));
     EXPECT_EQ(validateMemoryDataForm({"m", 9, 64, ""}), std::nullopt);
+    EXPECT_EQ(validateMemoryDataForm({"m", 1, 1, "200"}), checkInitialValue(1, 1, "200"));
+    ASSERT_TRUE(checkInitialValue(1, 1, "200"));
 
     MemoryDataForm f;
     EXPECT_TRUE(lengthEditable(f)); // no type selected

@@ -4,6 +4,7 @@
 
 #include "sections/redundancy/RedundancyEditor.h"
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -78,6 +79,11 @@ TEST(RedundancyForm, RefusesOnlyUnstorableCharactersNamingTheField) {
     EXPECT_EQ(validateRedundancyForm(f), checkStorableValue("2: Slave IP Address", "1<2"));
     f.timeout = "\"";
     EXPECT_EQ(validateRedundancyForm(f), checkStorableValue("Link Time Out(ms)", "\""));
+    // Addresses come after: an empty row is no pair, a typed one must be an address.
+    f = redundancyFormFromConfig(RedundancyConfig{});
+    f.masterIp[1] = "10.0.0.300";
+    EXPECT_EQ(validateRedundancyForm(f), checkIpv4Address("2: Primary IP Address", "10.0.0.300"));
+    ASSERT_TRUE(validateRedundancyForm(f));
 }
 
 TEST(RedundancyEditor, OkIsOneStepThatUndoesAndRedoesToTheSameBytes) {

@@ -1,6 +1,7 @@
 // The real-time database editor without a display: validators, command flows with
 // a scripted dialog host and a recording sink, list rows and the browse model.
 
+#include "core/ValueChecks.h"
 #include "sections/rtdb/RtdbBrowseModel.h"
 #include "sections/rtdb/RtdbCommands.h"
 #include "sections/rtdb/RtdbListModel.h"
@@ -154,6 +155,10 @@ TEST(RtdbValidators, ChecksInTheirFixedOrder) {
         {"name rtdb.xml cannot store", dataForm("a&b", 7, 4), refused("Data", "'&'")},
         {"initial value", dataForm("x", 7, 4, "\"1\""), refused("Initial Value", "'\"'")},
         {"alias target", aliasForm("x", "<t"), refused("Alias", "'<'")},
+        {"initial value beyond the type, last", dataForm("x", 3, 2, "40000"),
+         checkInitialValue(3, 2, "40000")},
+        {"string longer than its length", dataForm("x", 9, 2, "abc"),
+         checkInitialValue(9, 2, "abc")},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(validateDataForm(c.form), c.message) << c.what;

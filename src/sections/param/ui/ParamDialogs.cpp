@@ -76,7 +76,9 @@ void CParamDialog::pick() {
 }
 
 void CParamDialog::accept() {
-    if (auto message = rq::validateParamForm(form())) {
+    const rq::ParamForm f = form();
+    if (auto message =
+            rq::validateParamForm(f, rq::dataShapeOf(project_, system_, f.dbname, f.dataname))) {
         sink_.showMessage(*message, rq::MessageIcon::Stop);
         return;
     }
