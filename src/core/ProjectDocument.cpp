@@ -147,6 +147,30 @@ bool ProjectDocument::open(const std::string& directory, std::string* error, Ope
     return true;
 }
 
+bool ProjectDocument::canOpen(const std::string& directory, std::string* error) const {
+    const std::string dir = fullDirectoryPath(directory);
+    auto fail = [&](const std::string& path, const std::string& reason) {
+        if (error)
+            *error = path + ": " + reason;
+        return false;
+    };
+    if (!directoryExists(dir))
+        return fail(dir, "the directory does not exist");
+    const std::string projectFile = joinPath(dir, kSectionFiles[0]);
+    if (!canOpenRegularFile(projectFile))
+        return fail(projectFile, "missing or not a readable file: this is not a project directory");
+    ProjectModel scratch;
+    std::string reason;
+    if (!readProjectFile(projectFile, scratch, catalogs_.hmi, &reason))
+        return fail(projectFile, reason);
+    for (int i = 1; i < kRequiredSections; ++i) {
+        const std::string path = joinPath(dir, kSectionFiles[i]);
+        if (!canOpenRegularFile(path))
+            return fail(path, "missing or not a readable file");
+    }
+    return true;
+}
+
 bool ProjectDocument::loadSection(int index, const std::string& dir, std::string* error) {
     model_.currentSection = index;
     const std::string path = joinPath(dir, kSectionFiles[index]);

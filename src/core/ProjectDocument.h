@@ -59,6 +59,10 @@ public:
     // marked unreadable and listed in unreadableFiles(). For OpenPurpose::Edit, data/
     // and hisdata/ are made and temporaries left by a killed save are removed.
     bool open(const std::string& dir, std::string* error, OpenPurpose purpose = OpenPurpose::Edit);
+    // What an open can tell before it replaces anything: the project file reads and
+    // the other three required files are there as readable files. False with
+    // "FILE: reason" in *error; the open project is not touched.
+    bool canOpen(const std::string& dir, std::string* error) const;
 
     // "FILE: reason" for each optional file that could not be read at the open.
     const std::vector<std::string>& unreadableFiles() const { return unreadable_; }

@@ -3,6 +3,7 @@
 #include "core/FileUtil.h"
 #include "core/HmiDeviceCatalog.h"
 #include "core/StorableValue.h"
+#include "core/ValueChecks.h"
 
 #include <filesystem>
 
@@ -21,7 +22,9 @@ std::optional<std::string> checkProjectFields(std::string_view name, std::string
         return m;
     if (auto m = checkStorableValue("Project Description", description))
         return m;
-    return checkStorableValue("Default Slave IP Address", slaveIp);
+    if (auto m = checkStorableValue("Default Slave IP Address", slaveIp))
+        return m;
+    return checkIpv4Address("Default Slave IP Address", slaveIp);
 }
 
 const HmiDeviceType* acceptProjectForm(const ProjectForm& form, ProjectDialogMode mode,
@@ -90,12 +93,33 @@ void takeProjectForm(ProjectModel& m, const ProjectForm& form, const HmiDeviceTy
 
 } // namespace
 
+// Removes the directories that a save created, deepest first, each only while it
+// is empty: a failed save leaves no empty project folder behind.
+static void removeEmptyDirectories(const std::vector<std::string>& made) {
+    for (auto it = made.rbegin(); it != made.rend(); ++it) {
+        std::error_code ec;
+        if (std::filesystem::is_directory(*it, ec) && std::filesystem::is_empty(*it, ec) && !ec)
+            std::filesystem::remove(*it, ec);
+    }
+}
+
 // The project dialog with its checks on OK; the HMI type chosen, or null after
 // Cancel.
-const HmiDeviceType* ProjectFlows::runProjectDialog(ProjectForm& form, ProjectDialogMode mode) {
+const HmiDeviceType* ProjectFlows::runProjectDialog(ProjectForm& form, ProjectDialogMode mode,
+                                                    std::vector<std::string>* made) {
     const HmiDeviceType* chosen = nullptr;
     auto accept = [&](const ProjectForm& f) {
+        std::vector<std::string> fresh;
+        if (made && mode == ProjectDialogMode::Create && !f.name.empty() && !f.path.empty()) {
+            const std::string dir = projectDirectoryOf(f.path, f.name);
+            for (const std::string& d : {dir, joinPath(dir, "hisdata"), joinPath(dir, "data")})
+                if (!pathExists(d))
+                    fresh.push_back(d);
+        }
         chosen = acceptProjectForm(f, mode, doc_);
+        for (const std::string& d : fresh)
+            if (directoryExists(d))
+                made->push_back(d);
         return chosen != nullptr;
     };
     if (!host_.runProjectDialog(form, mode, accept))
@@ -138,6 +162,8 @@ bool ProjectFlows::newProject() {
         takeProjectForm(m, form, chosen);
         m.projectDirectory = projectDirectoryOf(form.path, form.name);
         m.modified = true;
+        // The directory exists from now on: it belongs in the recent list.
+        host_.addRecent(m.projectDirectory);
     }
     return true;
 }
@@ -150,23 +176,62 @@ bool ProjectFlows::openProject() {
 }
 
 bool ProjectFlows::openDirectory(const std::string& dir) {
+    return openChecked(dir) == OpenResult::Opened;
+}
+
+bool ProjectFlows::openRecent(const std::string& dir) {
+    OpenResult result = openChecked(dir);
+    if (result == OpenResult::Failed)
+        host_.removeRecent(dir);
+    return result == OpenResult::Opened;
+}
+
+void ProjectFlows::reportOpenFailure(const std::string& dir, const std::string& error) {
+    doc_.sink().showMessage("Failed to open the project \"" + dir + "\".\n" + error,
+                            MessageIcon::Stop);
+}
+
+// The runtime and the ladder editor run in the program directory: the project
+// directory they are given must not depend on the current one.
+static std::string absoluteDirectory(const std::string& given) {
+    std::error_code ec;
+    std::filesystem::path absolute = std::filesystem::absolute(given, ec);
+    std::string dir = ec ? given : absolute.lexically_normal().string();
+    while (dir.size() > 1 && dir.back() == '/')
+        dir.pop_back();
+    return dir;
+}
+
+ProjectFlows::OpenResult ProjectFlows::openChecked(const std::string& given) {
+    // What can be known without reading the whole project is checked before the
+    // save question, so that a directory that is no project (or no longer there)
+    // costs the open project nothing.
+    const std::string dir = absoluteDirectory(given);
+    std::string error;
+    if (!doc_.canOpen(dir, &error)) {
+        reportOpenFailure(dir, error);
+        return OpenResult::Failed;
+    }
     if (!saveModified())
-        return false;
-    return openWithoutQuestion(dir);
+        return OpenResult::Cancelled;
+    return openWithoutQuestion(dir) ? OpenResult::Opened : OpenResult::Failed;
 }
 
 bool ProjectFlows::openWithoutQuestion(const std::string& given) {
-    // The runtime and the ladder editor run in the program directory: the project
-    // directory they are given must not depend on the current one.
-    std::error_code ec;
-    std::filesystem::path absolute = std::filesystem::absolute(given, ec);
-    const std::string dir = ec ? given : absolute.lexically_normal().string();
+    const std::string dir = absoluteDirectory(given);
+    // A required file that fails to read only shows itself in the full read, which
+    // replaces the sections; the previous project then comes back from its
+    // directory (it was saved, or its changes were declined at the question).
+    const std::string previous = doc_.model().projectDirectory;
     host_.projectCleared();
     std::string error;
     if (!doc_.open(dir, &error)) {
-        doc_.sink().showMessage("Failed to open the project \"" + dir + "\".\n" + error,
-                                MessageIcon::Stop);
-        host_.projectCleared();
+        reportOpenFailure(dir, error);
+        std::string again;
+        if (!previous.empty() && previous != dir && doc_.open(previous, &again))
+            host_.projectLoaded();
+        else
+            host_.projectCleared();
         return false;
     }
     host_.addRecent(doc_.model().projectDirectory);
@@ -182,12 +247,24 @@ bool ProjectFlows::openWithoutQuestion(const std::string& given) {
 
 bool ProjectFlows::save() {
     ProjectModel& m = doc_.model();
+    std::vector<std::string> made; // directories this save created
     if (m.name.empty()) {
-        // The property dialog, in creation mode because the name is empty; its path
-        // is not taken.
+        // The property dialog, in creation mode because the name is empty. Its OK
+        // has just made PATH/NAME with hisdata and data: a project without a
+        // directory is saved there, instead of asking for a folder again (where
+        // making the same directory a second time could only fail).
         ProjectForm form = formOf(m);
-        if (const HmiDeviceType* chosen = runProjectDialog(form, ProjectDialogMode::Create))
+        const HmiDeviceType* chosen = runProjectDialog(form, ProjectDialogMode::Create, &made);
+        if (chosen)
             takeProjectForm(m, form, chosen);
+        if (chosen && m.projectDirectory.empty()) {
+            m.projectDirectory = projectDirectoryOf(form.path, form.name);
+        } else {
+            // Cancelled, or the project already has its directory and keeps it:
+            // what the dialog made is not wanted.
+            removeEmptyDirectories(made);
+            made.clear();
+        }
         if (m.name.empty())
             return false;
     }
@@ -200,14 +277,25 @@ bool ProjectFlows::save() {
             doc_.sink().showMessage(kMsgCreateDirFailed, MessageIcon::Stop);
             return false;
         }
+        made.push_back(dir);
         m.projectDirectory = dir;
-        host_.addRecent(dir);
     }
-    return writeAll();
+    SaveReport report = doc_.saveAll();
+    if (!made.empty() && report.failures.size() == static_cast<size_t>(kSectionCount)) {
+        // Not one file could be written into the directory made for it: it goes
+        // again, and the project stays without a directory.
+        reportSave(report);
+        removeEmptyDirectories(made);
+        m.projectDirectory.clear();
+        return false;
+    }
+    if (!made.empty())
+        host_.addRecent(m.projectDirectory);
+    reportSave(report);
+    return true;
 }
 
-bool ProjectFlows::writeAll() {
-    SaveReport report = doc_.saveAll();
+void ProjectFlows::reportSave(const SaveReport& report) {
     // Each file that could not be written is reported; the others have been
     // written and the save counts as done.
     for (const std::string& line : report.failures)
@@ -218,7 +306,6 @@ bool ProjectFlows::writeAll() {
             text += "\n" + line;
         doc_.sink().showMessage(text, MessageIcon::Information);
     }
-    return true;
 }
 
 bool ProjectFlows::property() {
@@ -271,6 +358,11 @@ void ProjectFlows::onlineSimulation() {
         }
         if (f.ip.empty()) {
             doc_.sink().showMessage(kMsgInputIp, MessageIcon::Stop);
+            return false;
+        }
+        // rqrun takes the address as it is written.
+        if (auto message = checkIpv4Address("IP Address", f.ip)) {
+            doc_.sink().showMessage(*message, MessageIcon::Stop);
             return false;
         }
         runProgram(onlineSimulationCommandLine(m.projectDirectory, f));

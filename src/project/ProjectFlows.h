@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace rq {
 
@@ -67,6 +68,8 @@ public:
     virtual void projectCleared() {} // the tree is emptied
     virtual void projectLoaded() {}  // the tree shows the opened project, no selection
     virtual void addRecent(const std::string& dir) {}
+    // A recent entry that no longer opens leaves the list.
+    virtual void removeRecent(const std::string& dir) {}
 };
 
 // Messages shown by the flows.
@@ -126,8 +129,14 @@ public:
     bool newProject();
     // "Open(&O)...": offers to save, asks for the directory, opens it.
     bool openProject();
-    // Opens a directory (command line, recent list) after the save question.
+    // Opens a directory (command line, another start, upload) after the save
+    // question. A directory that cannot be a project is reported before the
+    // question and the open project stays; so does a project whose files fail to
+    // read later, where it can be read back from its directory.
     bool openDirectory(const std::string& dir);
+    // The same for an entry of the recent list; an entry that fails to open is
+    // removed from the list.
+    bool openRecent(const std::string& dir);
     // "Save(&S)".
     bool save();
     // "Property...".
@@ -145,9 +154,14 @@ public:
     std::string documentTitle() const;
 
 private:
+    enum class OpenResult { Opened, Cancelled, Failed };
+    OpenResult openChecked(const std::string& dir);
     bool openWithoutQuestion(const std::string& dir);
-    const HmiDeviceType* runProjectDialog(ProjectForm& form, ProjectDialogMode mode);
-    bool writeAll();
+    // `made`, when given, collects the directories that the dialog's OK created.
+    const HmiDeviceType* runProjectDialog(ProjectForm& form, ProjectDialogMode mode,
+                                          std::vector<std::string>* made = nullptr);
+    void reportOpenFailure(const std::string& dir, const std::string& error);
+    void reportSave(const SaveReport& report);
     bool runProgram(const std::string& commandLine);
 
     ProjectDocument& doc_;

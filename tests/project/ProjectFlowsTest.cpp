@@ -35,6 +35,7 @@ public:
     std::vector<std::string> browseTitles;
     std::vector<std::string> questions;
     std::vector<std::string> recent;
+    std::vector<std::string> removed;
     int cleared = 0;
     int loaded = 0;
 
@@ -83,6 +84,7 @@ public:
     void projectCleared() override { ++cleared; }
     void projectLoaded() override { ++loaded; }
     void addRecent(const std::string& dir) override { recent.push_back(dir); }
+    void removeRecent(const std::string& dir) override { removed.push_back(dir); }
 };
 
 class RecordingLauncher : public rq::ProgramLauncher {
@@ -164,6 +166,12 @@ TEST_F(Flows, ProjectDialogChecksInOrderAndStaysOpen) {
          {"The field \"Default Slave IP Address\" must not hold '\"': the project file stores "
           "it as it is and could not be read again."},
          false},
+        // An address the device could not use, after the checks above.
+        {{"e", "", w, "Panel 7", "10.1.1"},
+         ProjectDialogMode::Property,
+         {"The field \"Default Slave IP Address\" must hold an IPv4 address: four numbers "
+          "from 0 to 255 separated by dots, without leading zeros (for example 192.168.1.20)."},
+         false},
         {{"b", "", w, "Panel 9", ""}, ProjectDialogMode::Create, {}, false},
         {{"c", "", w, "Panel 4", ""}, ProjectDialogMode::Create, {}, true},
         {{"d", "", w, "Panel 4", ""}, ProjectDialogMode::Property, {}, true},
@@ -183,7 +191,7 @@ TEST_F(Flows, ProjectDialogChecksInOrderAndStaysOpen) {
     EXPECT_FALSE(fs::exists(tmp.path() / "work/d"));
     // A second creation of the same directory fails.
     sink.entries.clear();
-    EXPECT_EQ(rq::acceptProjectForm(cases[8].form, ProjectDialogMode::Create, project.doc),
+    EXPECT_EQ(rq::acceptProjectForm(cases[9].form, ProjectDialogMode::Create, project.doc),
               nullptr);
     EXPECT_EQ(messages(), std::vector<std::string>{"Create directory failed!"});
 }
@@ -202,6 +210,7 @@ TEST_F(Flows, NewTakesTheDialogAndWritesNoSectionFile) {
     EXPECT_TRUE(m.modified);
     EXPECT_EQ(m.libs, "");
     EXPECT_EQ(host.cleared, 1);
+    EXPECT_EQ(host.recent, std::vector<std::string>{m.projectDirectory});
     std::vector<std::string> entries;
     for (const auto& e : fs::directory_iterator(m.projectDirectory))
         entries.push_back(e.path().filename().string());
@@ -227,10 +236,12 @@ TEST_F(Flows, SaveQuestionBeforeNewAndOpen) {
     EXPECT_EQ(project.model().name, "old");
     EXPECT_EQ(host.cleared, 0);
 
+    // A folder that is no project is refused before the question.
     host.saveAnswers = {SaveAnswer::Cancel};
     host.folders = {work()};
     EXPECT_FALSE(flows.openProject());
     EXPECT_EQ(project.model().name, "old");
+    EXPECT_EQ(host.questions.size(), 1u);
 
     // Yes saves first: the browser for the parent, then the files.
     host.saveAnswers = {SaveAnswer::Yes};
@@ -244,7 +255,7 @@ TEST_F(Flows, SaveQuestionBeforeNewAndOpen) {
     host.saveAnswers = {SaveAnswer::No};
     host.projectPresses = {std::nullopt};
     EXPECT_TRUE(flows.newProject());
-    EXPECT_EQ(host.questions.size(), 4u);
+    EXPECT_EQ(host.questions.size(), 3u);
 }
 
 TEST_F(Flows, SaveAskFolderCreatesDirectoryAndWritesAllFiles) {
@@ -271,6 +282,35 @@ TEST_F(Flows, SaveAskFolderCreatesDirectoryAndWritesAllFiles) {
     EXPECT_EQ(host.recent, std::vector<std::string>{work() + "/p"});
     for (const char* f : rq::kSectionFiles)
         EXPECT_TRUE(fs::exists(tmp.path() / "work/p" / f)) << f;
+}
+
+// An untitled project is saved where its dialog made the directory: no second
+// folder question, no "Create directory failed!", no empty folder left behind.
+TEST_F(Flows, SaveOfAnUntitledProjectUsesTheDialogsDirectory) {
+    project.model().modified = true;
+    host.projectPresses = {form("u")};
+    ASSERT_TRUE(flows.save());
+    EXPECT_TRUE(host.browseTitles.empty());
+    EXPECT_TRUE(messages().empty());
+    EXPECT_EQ(project.model().projectDirectory, work() + "/u");
+    EXPECT_TRUE(fs::exists(tmp.path() / "work/u/rqrun.xml"));
+    EXPECT_EQ(host.recent, std::vector<std::string>{work() + "/u"});
+
+    // A directory the dialog made and could not finish goes again when the save is
+    // given up: here its data directory cannot be made (the path grows too long).
+    project.doc.clear();
+    fs::path deep = tmp.path();
+    while (deep.string().size() < 4000)
+        deep /= std::string(std::min<size_t>(200, 4000 - deep.string().size() + 1), 'd');
+    fs::create_directories(deep);
+    // DIR/NAME takes 4090 bytes, within the path limit; DIR/NAME/hisdata does not.
+    const std::string name(4090 - deep.string().size() - 1, 'n');
+    host.projectPresses = {ProjectForm{name, "", deep.string(), "Panel 7", ""}, std::nullopt};
+    sink.entries.clear();
+    EXPECT_FALSE(flows.save());
+    EXPECT_EQ(messages(), std::vector<std::string>{"Create directory failed!"});
+    EXPECT_TRUE(fs::is_empty(deep));
+    EXPECT_EQ(project.model().projectDirectory, "");
 }
 
 TEST_F(Flows, SaveReportsAFileThatCannotBeWrittenAndWritesTheOthers) {
@@ -308,11 +348,32 @@ TEST_F(Flows, OpenReadsTheProjectAndReportsFailures) {
     ASSERT_TRUE(flows.openDirectory(fs::relative(dir).string() + "/"));
     EXPECT_EQ(project.model().projectDirectory, dir);
 
-    fs::remove(fs::path(dir) / "hmidb.xml");
-    EXPECT_FALSE(flows.openDirectory(dir));
-    ASSERT_EQ(messages().size(), 1u);
-    EXPECT_NE(messages()[0].find("hmidb.xml"), std::string::npos);
-    EXPECT_EQ(project.model().name, "");
+    // A failed open keeps the open project, unsaved changes included; what shows
+    // before reading needs no save question, a recent entry that fails leaves the list.
+    project.model().description = "edited";
+    project.model().modified = true;
+    fs::copy(dir, work() + "/copy", fs::copy_options::recursive);
+    fs::remove(fs::path(work()) / "copy/hmidb.xml");
+    EXPECT_FALSE(flows.openRecent(work() + "/copy"));
+    EXPECT_FALSE(flows.openDirectory(work() + "/gone"));
+    EXPECT_FALSE(flows.openDirectory(tmp.file("hmidevice.xml")));
+    ASSERT_EQ(messages().size(), 3u);
+    EXPECT_NE(messages()[0].find("copy/hmidb.xml: missing"), std::string::npos) << messages()[0];
+    EXPECT_NE(messages()[1].find("does not exist"), std::string::npos) << messages()[1];
+    EXPECT_EQ(host.removed, std::vector<std::string>{work() + "/copy"});
+    EXPECT_TRUE(host.questions.empty());
+    EXPECT_EQ(project.model().description, "edited");
+    EXPECT_TRUE(project.model().modified);
+
+    // A required file that fails only in the full read: the previous project comes
+    // back from its directory.
+    rqtest::writeFile(fs::path(work()) / "copy/hmidb.xml", "<hmidb><data");
+    host.saveAnswers = {SaveAnswer::No};
+    EXPECT_FALSE(flows.openDirectory(work() + "/copy"));
+    EXPECT_EQ(host.questions.size(), 1u);
+    EXPECT_EQ(project.model().projectDirectory, dir);
+    EXPECT_EQ(project.model().name, "demo");
+    EXPECT_EQ(host.loaded, 3);
 }
 
 // Damaged optional files: one message after the open lists them all, and Save says
@@ -368,9 +429,12 @@ TEST_F(Flows, SimulationCommandLines) {
     project.model().slaveIp = "10.0.0.7";
     flows.offlineSimulation();
     host.onlinePresses = {OnlineSimulationForm{"", 8200, 200, 200},
+                          OnlineSimulationForm{"10.0.0", 8200, 200, 200},
                           OnlineSimulationForm{"10.0.0.8", 8201, 300, 400}};
     flows.onlineSimulation();
-    EXPECT_EQ(messages(), std::vector<std::string>{"Please input corresponding HMI IP address!"});
+    ASSERT_EQ(messages().size(), 2u);
+    EXPECT_EQ(messages()[0], "Please input corresponding HMI IP address!");
+    EXPECT_EQ(messages()[1].rfind("The field \"IP Address\" must hold an IPv4 address", 0), 0u);
     EXPECT_EQ(host.shownOnline.back().ip, "10.0.0.7");
     EXPECT_EQ(host.shownOnline.back().port, 8200);
     EXPECT_EQ(host.shownOnline.back().overtime, 200);
