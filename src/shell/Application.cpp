@@ -2,10 +2,12 @@
 
 #include "core/Catalogs.h"
 #include "core/FileUtil.h"
+#include "core/InstanceRequest.h"
 #include "shell/MainWindow.h"
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QLinearGradient>
 #include <QLocalSocket>
 #include <QPainter>
@@ -13,16 +15,25 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <memory>
 
 namespace rqshell {
 
 SingleInstance::SingleInstance(QString name) : name_(std::move(name)) {
     connect(&server_, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket* s = server_.nextPendingConnection()) {
-            auto answer = [this, s] {
-                if (!s->readAll().contains("activate"))
+            // The request may arrive in pieces: it counts once its line is whole.
+            auto received = std::make_shared<QByteArray>();
+            auto answer = [this, s, received] {
+                received->append(s->readAll());
+                std::optional<rq::InstanceCall> call = rq::parseInstanceRequest(
+                    std::string_view(received->constData(), size_t(received->size())));
+                if (!call)
                     return;
+                received->clear();
                 Q_EMIT activateRequested();
+                if (call->open)
+                    Q_EMIT openRequested(QString::fromStdString(*call->open));
                 s->write("ok\n");
                 s->disconnectFromServer();
             };
@@ -34,12 +45,13 @@ SingleInstance::SingleInstance(QString name) : name_(std::move(name)) {
     });
 }
 
-bool SingleInstance::claim() {
+bool SingleInstance::claim(const QString& openDirectory) {
     {
         QLocalSocket probe;
         probe.connectToServer(name_);
         if (probe.waitForConnected(1000)) {
-            probe.write("activate\n");
+            probe.write(QByteArray::fromStdString(
+                rq::instanceRequest(openDirectory.toUtf8().toStdString())));
             probe.waitForBytesWritten(1000);
             probe.waitForReadyRead(2000);
             return false;
@@ -81,9 +93,12 @@ int runApplication(int argc, char** argv) {
     QStringList args = QApplication::arguments().mid(1);
     const bool noSplash = args.removeAll("--no-splash") > 0;
 
-    // 1. One instance per user.
+    // 1. One instance per user. A later start hands its project directory (made
+    // absolute here, where it was typed) to the running one, which opens it.
+    const QString projectArgument =
+        args.isEmpty() ? QString() : QFileInfo(args.first()).absoluteFilePath();
     SingleInstance instance;
-    if (!instance.claim())
+    if (!instance.claim(projectArgument))
         return 0;
 
     // 2. Sockets need no start-up call on this platform.
@@ -111,6 +126,8 @@ int runApplication(int argc, char** argv) {
         frame.raise();
         frame.activateWindow();
     });
+    QObject::connect(&instance, &SingleInstance::openRequested, &frame,
+                     [&frame](const QString& dir) { frame.openWhenIdle(dir); });
     frame.restoreLayout();
     if (!args.isEmpty())
         frame.openProjectDirectory(args.first());

@@ -8,18 +8,21 @@
 namespace rqshell {
 
 // One running rqpdev per user: the first start listens on the local socket
-// "RQPDev_Main"; a later start asks it to raise its window and ends.
+// "RQPDev_Main"; a later start asks it to raise its window (and to open the
+// project directory it was given) and ends.
 class SingleInstance : public QObject {
     Q_OBJECT
 public:
     static constexpr const char* kName = "RQPDev_Main";
     explicit SingleInstance(QString name = QString::fromLatin1(kName));
     // True when this start goes on; false when a running instance took the request
-    // to come to the front. A name that exists but answers nobody is removed.
-    bool claim();
+    // to come to the front and to open `openDirectory` (absolute; empty for none).
+    // A name that exists but answers nobody is removed.
+    bool claim(const QString& openDirectory = QString());
 
 Q_SIGNALS:
     void activateRequested();
+    void openRequested(const QString& directory);
 
 private:
     QString name_;

@@ -34,6 +34,7 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
+#include <QTimer>
 #include <QToolBar>
 #include <QUrl>
 
@@ -390,6 +391,15 @@ void CMainFrame::addRecent(const std::string& dir) {
                            i < list.size() ? list[i] : QString());
 }
 
+void CMainFrame::removeRecent(const std::string& dir) {
+    QStringList list = recentFiles();
+    if (list.removeAll(QDir::toNativeSeparators(qs(dir))) == 0)
+        return;
+    for (int i = 0; i < kRecentCount; ++i)
+        settings_.setValue(QStringLiteral("Recent File List/File%1").arg(i + 1),
+                           i < list.size() ? list[i] : QString());
+}
+
 void CMainFrame::updateRecentMenu() {
     for (QAction* a : recentActions_)
         delete a;
@@ -485,7 +495,10 @@ void CMainFrame::runCommand(int command) {
         break;
     default:
         if (command >= kFirstRecent && command < kFirstRecent + kRecentCount) {
-            openProjectDirectory(recentFiles().value(command - kFirstRecent));
+            flows_->openRecent(
+                QDir::fromNativeSeparators(recentFiles().value(command - kFirstRecent))
+                    .toUtf8()
+                    .toStdString());
         } else if (ShellSection* s = sectionFor(rq::sectionOfCommand(command))) {
             s->runCommand(command);
         }
@@ -543,6 +556,14 @@ bool CMainFrame::openProjectDirectory(const QString& dir) {
     updateTitle();
     updateCommandStates();
     return ok;
+}
+
+void CMainFrame::openWhenIdle(const QString& dir) {
+    if (QApplication::activeModalWidget() || QApplication::activePopupWidget()) {
+        QTimer::singleShot(250, this, [this, dir] { openWhenIdle(dir); });
+        return;
+    }
+    openProjectDirectory(dir);
 }
 
 void CMainFrame::openUserGuide() {
@@ -656,12 +677,15 @@ void CMainFrame::restoreLayout() {
     if (!state.isEmpty())
         restoreState(state);
     menuBar()->setVisible(settings_.value("MainFrame/menuBar", true).toBool());
+    // The window state does not hold the status bar: its visibility is kept beside.
+    statusBar()->setVisible(settings_.value("MainFrame/statusBar", true).toBool());
 }
 
 void CMainFrame::saveLayout() {
     settings_.setValue("MainFrame/geometry", saveGeometry());
     settings_.setValue("MainFrame/state", saveState());
     settings_.setValue("MainFrame/menuBar", !menuBar()->isHidden());
+    settings_.setValue("MainFrame/statusBar", !statusBar()->isHidden());
     settings_.sync();
 }
 

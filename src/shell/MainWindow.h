@@ -80,6 +80,9 @@ public:
 
     // Opens a project directory (command line, recent list).
     bool openProjectDirectory(const QString& dir);
+    // The same for a directory handed over by another start: it waits until no
+    // dialog or menu of this window is open, then opens after the save question.
+    void openWhenIdle(const QString& dir);
     QStringList recentFiles() const;
 
     // The bar layout and placement of the last run, or the first-run layout.
@@ -96,6 +99,7 @@ public:
     void projectCleared() override;
     void projectLoaded() override;
     void addRecent(const std::string& dir) override;
+    void removeRecent(const std::string& dir) override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;

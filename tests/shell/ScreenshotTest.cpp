@@ -2,6 +2,7 @@
 // PNG files, for a person to look at. Runs only when RQ_SCREENSHOT_DIR names the
 // output directory (tools/screenshots.sh does so under Xvfb).
 
+#include "core/ValueChecks.h"
 #include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/datalog/ui/DataLogDialogs.h"
 #include "sections/device/ui/DeviceDialogs.h"
@@ -388,6 +389,21 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
                         QMessageBox::Yes | QMessageBox::No);
     replace.setDefaultButton(QMessageBox::No);
     save(replace, "question-replace-unreadable");
+
+    // The value and address checks after the dialogs' own, and a failed open.
+    const std::pair<std::string, const char*> checks[] = {
+        {*rq::checkInitialValue(2, 1, "300"), "message-initial-value-range"},
+        {*rq::checkInitialValue(9, 4, "too long"), "message-initial-value-length"},
+        {*rq::checkIpv4Address("Server IP Address", "192.168.1"), "message-ip-address"},
+        {"Failed to open the project \"/home/user/moved\".\n/home/user/moved: the directory "
+         "does not exist",
+         "message-open-failed"},
+    };
+    for (const auto& [text, name] : checks) {
+        QMessageBox box(QMessageBox::Critical, QApplication::applicationName(),
+                        QString::fromStdString(text), QMessageBox::Ok);
+        save(box, name);
+    }
 }
 
 } // namespace

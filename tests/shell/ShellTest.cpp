@@ -33,6 +33,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QThread>
@@ -265,12 +266,15 @@ TEST_F(MainWindowTest, ClosingKeepsLayoutAndFirstRunDocksTheTreeLeft) {
     frame.removeDockWidget(frame.treeBar());
     frame.addDockWidget(Qt::RightDockWidgetArea, frame.treeBar());
     frame.treeBar()->show();
+    frame.runCommand(59393);    // the status bar goes
     EXPECT_TRUE(frame.close()); // not modified: no question
     EXPECT_TRUE(sink.entries.empty());
 
     CMainFrame next(catalogs, rqtest::programDir(), &sink, &launcher);
     next.restoreLayout();
     EXPECT_EQ(next.dockWidgetArea(next.treeBar()), Qt::RightDockWidgetArea);
+    EXPECT_TRUE(next.statusBar()->isHidden());
+    next.runCommand(59393);
     next.removeDockWidget(next.treeBar());
     next.addDockWidget(Qt::LeftDockWidgetArea, next.treeBar());
     next.treeBar()->show();
@@ -473,13 +477,19 @@ TEST_F(Fixture, SecondStartAsksTheFirstToComeForward) {
     ASSERT_TRUE(first.claim());
     int activations = 0;
     QObject::connect(&first, &rqshell::SingleInstance::activateRequested, [&] { ++activations; });
+    QStringList opened;
+    QObject::connect(&first, &rqshell::SingleInstance::openRequested,
+                     [&](const QString& dir) { opened << dir; });
     rqshell::SingleInstance second(name);
     EXPECT_FALSE(second.claim());
-    for (int i = 0; i < 200 && activations == 0; ++i) {
+    rqshell::SingleInstance third(name);
+    EXPECT_FALSE(third.claim(QStringLiteral("/projects/plant 2")));
+    for (int i = 0; i < 200 && activations < 2; ++i) {
         QApplication::processEvents();
         QThread::msleep(10);
     }
-    EXPECT_EQ(activations, 1);
+    EXPECT_EQ(activations, 2);
+    EXPECT_EQ(opened, QStringList{QStringLiteral("/projects/plant 2")});
 }
 
 TEST_F(Fixture, DataDialogOkWithFailedCheckStaysOpen) {
