@@ -313,7 +313,16 @@ bool ProjectFlows::property() {
     ProjectDialogMode mode =
         m.name.empty() ? ProjectDialogMode::Create : ProjectDialogMode::Property;
     ProjectForm form = formOf(m);
-    const HmiDeviceType* chosen = runProjectDialog(form, mode);
+    std::vector<std::string> made;
+    const HmiDeviceType* chosen = runProjectDialog(form, mode, &made);
+    if (chosen && mode == ProjectDialogMode::Create && m.projectDirectory.empty()) {
+        // An untitled project gets the directory its dialog made, as after New:
+        // a later Save asking for a folder again could only fail to make it.
+        m.projectDirectory = projectDirectoryOf(form.path, form.name);
+        host_.addRecent(m.projectDirectory);
+    } else {
+        removeEmptyDirectories(made);
+    }
     if (!chosen)
         return false;
     takeProjectForm(m, form, chosen);

@@ -415,6 +415,18 @@ TEST_F(Flows, PropertyReplacesFieldsButKeepsTheDirectory) {
     EXPECT_EQ(project.model().slaveIp, "10.9.9.9");
     EXPECT_EQ(project.model().projectDirectory, work() + "/demo");
     EXPECT_FALSE(fs::exists("/elsewhere/renamed"));
+
+    // Property of an untitled project: creation mode, and the directory it makes
+    // is the project's, so that Save writes there without asking.
+    project.doc.clear();
+    host.projectPresses = {form("untitled")};
+    EXPECT_TRUE(flows.property());
+    EXPECT_EQ(host.modes.back(), ProjectDialogMode::Create);
+    EXPECT_EQ(project.model().projectDirectory, work() + "/untitled");
+    host.browseTitles.clear();
+    EXPECT_TRUE(flows.save());
+    EXPECT_TRUE(host.browseTitles.empty());
+    EXPECT_TRUE(fs::exists(tmp.path() / "work/untitled/rqrun.xml"));
 }
 
 TEST_F(Flows, SimulationCommandLines) {

@@ -32,6 +32,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProcess>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -490,6 +491,58 @@ TEST_F(Fixture, SecondStartAsksTheFirstToComeForward) {
     }
     EXPECT_EQ(activations, 2);
     EXPECT_EQ(opened, QStringList{QStringLiteral("/projects/plant 2")});
+}
+
+// Two real starts, each with its own TMPDIR (where the local socket lives),
+// XDG_RUNTIME_DIR and settings: the second hands its relative project argument
+// to the first, which opens it (and so enters it in its recent list).
+TEST(SecondStart, HandsItsProjectDirectoryToTheRunningOne) {
+    rqtest::TempDir tmp;
+    const char* source = std::getenv("RQ_SOURCE_DIR");
+    ASSERT_TRUE(source);
+    for (const char* name : {"a", "b"})
+        std::filesystem::copy(std::string(source) + "/data/examples/demo", tmp.path() / name,
+                              std::filesystem::copy_options::recursive);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    for (const char* dir : {"tmp", "run", "config", "home"}) {
+        std::filesystem::create_directories(tmp.path() / dir);
+        std::filesystem::permissions(tmp.path() / dir, std::filesystem::perms::owner_all);
+    }
+    env.insert("TMPDIR", QString::fromStdString(tmp.file("tmp")));
+    env.insert("XDG_RUNTIME_DIR", QString::fromStdString(tmp.file("run")));
+    env.insert("XDG_CONFIG_HOME", QString::fromStdString(tmp.file("config")));
+    env.insert("HOME", QString::fromStdString(tmp.file("home")));
+    env.insert("QT_QPA_PLATFORM", "offscreen");
+    const QString program = QString::fromStdString(
+        std::filesystem::absolute(rqtest::programDir() + "/rqpdev").string());
+    QProcess first;
+    first.setProcessEnvironment(env);
+    first.start(program, {"--no-splash", QString::fromStdString(tmp.file("a"))});
+    ASSERT_TRUE(first.waitForStarted());
+    const std::filesystem::path socket = tmp.path() / "tmp" / "RQPDev_Main";
+    for (int i = 0; i < 200 && !std::filesystem::exists(socket); ++i)
+        QThread::msleep(50);
+    ASSERT_TRUE(std::filesystem::exists(socket));
+
+    QProcess second;
+    second.setProcessEnvironment(env);
+    second.setWorkingDirectory(QString::fromStdString(tmp.str()));
+    second.start(program, {"--no-splash", "b"});
+    ASSERT_TRUE(second.waitForFinished(20000));
+    EXPECT_EQ(second.exitCode(), 0);
+
+    const std::filesystem::path conf = tmp.path() / "config/Tessarine/RQPDev.conf";
+    const std::string wanted = "File1=" + tmp.file("b");
+    bool opened = false;
+    for (int i = 0; i < 200 && !opened; ++i) {
+        QThread::msleep(50);
+        opened = std::filesystem::exists(conf) &&
+                 rqtest::readFile(conf).find(wanted) != std::string::npos;
+    }
+    EXPECT_TRUE(opened);
+    EXPECT_EQ(first.state(), QProcess::Running);
+    first.kill();
+    first.waitForFinished();
 }
 
 TEST_F(Fixture, DataDialogOkWithFailedCheckStaysOpen) {
