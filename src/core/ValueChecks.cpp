@@ -27,7 +27,8 @@ std::optional<long long> parseWhole(std::string_view text, bool hex) {
         negative = digits[0] == '-';
         digits.remove_prefix(1);
     }
-    if (digits.empty() || digits.size() > 16)
+    // Longer than any value of the table's types, and short enough not to overflow.
+    if (digits.empty() || digits.size() > (base == 16 ? 15u : 18u))
         return std::nullopt;
     long long value = 0;
     for (char c : digits) {

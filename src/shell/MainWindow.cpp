@@ -379,6 +379,12 @@ QStringList CMainFrame::recentFiles() const {
     return list;
 }
 
+static void writeRecent(QSettings& settings, const QStringList& list) {
+    for (int i = 0; i < kRecentCount; ++i)
+        settings.setValue(QStringLiteral("Recent File List/File%1").arg(i + 1),
+                          i < list.size() ? list[i] : QString());
+}
+
 void CMainFrame::addRecent(const std::string& dir) {
     QStringList list = recentFiles();
     QString d = QDir::toNativeSeparators(qs(dir));
@@ -386,18 +392,13 @@ void CMainFrame::addRecent(const std::string& dir) {
     list.prepend(d);
     while (list.size() > kRecentCount)
         list.removeLast();
-    for (int i = 0; i < kRecentCount; ++i)
-        settings_.setValue(QStringLiteral("Recent File List/File%1").arg(i + 1),
-                           i < list.size() ? list[i] : QString());
+    writeRecent(settings_, list);
 }
 
 void CMainFrame::removeRecent(const std::string& dir) {
     QStringList list = recentFiles();
-    if (list.removeAll(QDir::toNativeSeparators(qs(dir))) == 0)
-        return;
-    for (int i = 0; i < kRecentCount; ++i)
-        settings_.setValue(QStringLiteral("Recent File List/File%1").arg(i + 1),
-                           i < list.size() ? list[i] : QString());
+    if (list.removeAll(QDir::toNativeSeparators(qs(dir))) > 0)
+        writeRecent(settings_, list);
 }
 
 void CMainFrame::updateRecentMenu() {

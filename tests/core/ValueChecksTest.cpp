@@ -39,6 +39,7 @@ TEST(ValueChecks, InitialValueAgainstItsType) {
         {"ulong", 4, "4294967295", true},
         {"ulong", 4, "0x100000000", false},
         {"ulong", 4, "99999999999999999999", false},
+        {"ulong", 4, "0xFFFFFFFFFFFFFFFFFF", false},
         {"long", 4, "12abc", false},
         {"long", 4, " 1", false},
         {"long", 4, "1.5", false},
