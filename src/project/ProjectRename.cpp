@@ -72,7 +72,11 @@ std::optional<std::string> renameRealtimeData(Project& project, const std::strin
     DataNode* holder = database ? holderOf(*database, data, index) : nullptr;
     if (!holder)
         return "the project has no real-time data \"" + item + "\"";
-    if (auto message = validateDataForm(formOf(holder->item(index), newName)))
+    // A rename changes the name only: a stored initial value that its type would
+    // refuse when typed (an older file's) does not stand in the way.
+    DataForm form = formOf(holder->item(index), newName);
+    form.init.clear();
+    if (auto message = validateDataForm(form))
         return *message;
     if (database->nameInUse(newName))
         return std::string(rtdbtext::kDataExists);

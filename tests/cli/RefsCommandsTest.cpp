@@ -114,6 +114,25 @@ TEST(RqpcliCheck, ReportsReferencesToMissingItems) {
                      "database holds the real-time data \"plant.Missing\"\n");
 }
 
+// The item's stored initial value is not the rename's business, even one that a
+// dialog would refuse now.
+TEST(RqpcliRename, KeepsAStoredValueItsTypeWouldRefuse) {
+    rqtest::TempDir dir;
+    const std::string demo = patchedDemo(dir);
+    const fs::path rtdb = fs::path(demo) / "rtdb.xml";
+    std::string text = rqtest::readFile(rtdb);
+    const std::string from = "\"Tank1_Level\" type=\"float\" length=\"4\" init=\"0\"";
+    ASSERT_NE(text.find(from), std::string::npos);
+    text.replace(text.find(from), from.size(),
+                 "\"Tank1_Level\" type=\"float\" length=\"4\" init=\"1e40\"");
+    rqtest::writeFile(rtdb, text);
+    rqtest::ProgramRun r = rqpcli("rename " + demo + " plant.Tank1_Level Tank1_Lvl 2>&1");
+    EXPECT_EQ(r.status, 0) << r.out;
+    EXPECT_NE(
+        rqtest::readFile(rtdb).find("\"Tank1_Lvl\" type=\"float\" length=\"4\" init=\"1e40\""),
+        std::string::npos);
+}
+
 TEST(RqpcliRename, ChangesOnlyTheRenamedNames) {
     rqtest::TempDir dir;
     const std::string demo = patchedDemo(dir);
