@@ -282,6 +282,20 @@ TEST_F(MainWindowTest, ClosingKeepsLayoutAndFirstRunDocksTheTreeLeft) {
     next.close();
 }
 
+// A recent entry whose project moved away is reported and leaves the list; the
+// others stay in their order.
+TEST_F(MainWindowTest, RecentEntryThatNoLongerOpensLeavesTheList) {
+    frame.addRecent("/nowhere/kept");
+    frame.addRecent("/nowhere/moved");
+    ASSERT_EQ(frame.recentFiles().value(0), "/nowhere/moved");
+    frame.runCommand(57616); // the first entry
+    EXPECT_EQ(frame.recentFiles().value(0), "/nowhere/kept");
+    EXPECT_FALSE(frame.recentFiles().contains("/nowhere/moved"));
+    ASSERT_EQ(sink.entries.size(), 1u);
+    EXPECT_EQ(sink.texts()[0].rfind("Failed to open the project \"/nowhere/moved\".", 0), 0u);
+    frame.removeRecent("/nowhere/kept");
+}
+
 TEST_F(MainWindowTest, LabelEditsAndLadderDoubleClick) {
     rqshell::CPrjTree& tree = frame.tree();
     // "project", a node without handler and a fixed section node refuse the edit.
