@@ -15,6 +15,7 @@
 #include "core/ProjectFile.h"
 #include "core/TextEncoding.h"
 #include "core/Xml.h"
+#include "core/XmlStream.h"
 #include "deploy/cipher/PackageCipher.h"
 #include "deploy/cipher/PackageKeys.h"
 #include "deploy/logo/ConvertBitmap.h"
@@ -85,15 +86,58 @@ void walkAttributes(const xmlNode* node, int depth) {
     }
 }
 
+// The children the tree readers see by name and their attribute values, as text.
+void treeText(const xmlNode* node, std::string& out) {
+    out += reinterpret_cast<const char*>(node->name);
+    if (node->type == XML_ELEMENT_NODE)
+        for (const xmlAttr* a = node->properties; a; a = a->next)
+            out += "|" + ReadAttrText(node, reinterpret_cast<const char*>(a->name));
+    out += "{";
+    for (const xmlNode* n = node->children; n; n = n->next)
+        if (n->type == XML_ELEMENT_NODE || n->type == XML_PI_NODE || n->type == XML_ENTITY_REF_NODE)
+            treeText(n, out);
+    out += "}";
+}
+
+void streamText(XmlStream& s, std::string& out) {
+    out += s.name();
+    for (std::size_t i = 0; i < s.attributeCount(); ++i)
+        out += "|" + s.attr(s.attribute(i).name);
+    out += "{";
+    for (auto c = s.children(); c.next();)
+        streamText(s, out);
+    out += "}";
+}
+
+// The streaming reader must agree with the tree reader on every input.
+void compareStream(const XmlInput& input, bool treeOk, const std::string& treeError,
+                   const std::string& tree) {
+    std::string error, text;
+    const bool ok = readXml(input, "", &error, [&](XmlStream& s) {
+        text.clear();
+        streamText(s, text);
+        return true;
+    });
+    if (ok != treeOk || (ok ? text != tree : error != treeError)) {
+        std::fprintf(stderr, "stream and tree differ: %d/%d [%s] [%s]\n", ok, treeOk, error.c_str(),
+                     treeError.c_str());
+        std::abort();
+    }
+}
+
 void runXml(const uint8_t* data, std::size_t size) {
     const std::string path = writeScratchFile("any.xml", data, size);
     {
         XmlDocument doc;
-        std::string error;
-        if (doc.load(path, "", &error)) {
+        std::string error, tree;
+        const bool ok = doc.load(path, "", &error);
+        if (ok) {
             (void)doc.declaredEncoding();
             walkAttributes(doc.root(), 0);
+            treeText(doc.root(), tree);
         }
+        compareStream(XmlInput::file(path), ok, error, tree);
+        compareStream(XmlInput::memory(asText(data, size), path), ok, error, tree);
     }
     {
         XmlDocument doc;
