@@ -152,7 +152,7 @@ std::string XmlDocument::declaredEncoding() const {
 // encoding, they are read again in the device code page: a file the tool wrote
 // carries no declaration.
 xmlDoc* parseXmlBytes(std::string_view bytes, const std::string& name, bool buildTree,
-                      std::string* reason, const char** codePage) {
+                      std::string* reason, const char** codePage, bool fallback) {
     if (codePage)
         *codePage = nullptr;
     if (bytes.size() > static_cast<size_t>(INT_MAX)) {
@@ -191,7 +191,7 @@ xmlDoc* parseXmlBytes(std::string_view bytes, const std::string& name, bool buil
     };
     xmlDoc* doc = read(nullptr);
     std::string why = doc ? std::string() : failure();
-    if (!doc && !entityDeclared && declarationEncoding(bytes.substr(0, 256)).empty() &&
+    if (!doc && fallback && !entityDeclared && declarationEncoding(bytes.substr(0, 256)).empty() &&
         !isValidUtf8(bytes)) {
         const char* cp = fallbackCodePage();
         if (std::optional<size_t> bad = firstByteNotIn(bytes, cp)) {

@@ -24,7 +24,8 @@ extern const char* const kEntityRefused;
 // included. Gives the document (built only when buildTree; otherwise an empty
 // document that only says the bytes are well-formed) or null with the reason.
 // *codePage is set to the fallback code page when the bytes were read in it.
+// Without `fallback` only the first reading (as declared, else UTF-8) is made.
 xmlDoc* parseXmlBytes(std::string_view bytes, const std::string& name, bool buildTree,
-                      std::string* reason, const char** codePage);
+                      std::string* reason, const char** codePage, bool fallback = true);
 
 } // namespace rq

@@ -115,7 +115,7 @@ void XmlStream::reset() {
     parseDepth_ = 0;
     depth_ = 0;
     current_ = {};
-    parsed_ = broken_ = entity_ = opened_ = discard_ = false;
+    parsed_ = broken_ = entity_ = opened_ = discard_ = rootClosed_ = false;
     openError_.clear();
 }
 
@@ -326,20 +326,35 @@ XmlStream::Outcome XmlStream::conclude(std::string* error) {
             fd_ = -1;
         }
     }
+    // The parser reading the bytes whole may accept what the stream refused (it
+    // takes a NUL byte after the root for the end of the file): then the stream,
+    // which saw the whole root, holds everything the tree would.
+    auto acceptedWhole = [&] {
+        if (rootClosed_)
+            return opened_ ? Outcome::Ok : fail(openError_);
+        return fail(describeXmlError(xmlCtxtGetLastError(ctxt_)));
+    };
     const std::string_view bytes = input_.bytes;
-    if (!codePage_ && declarationEncoding(bytes.substr(0, 256)).empty() && !isValidUtf8(bytes)) {
-        const char* cp = fallbackCodePage();
-        if (std::optional<size_t> bad = firstByteNotIn(bytes, cp))
-            return fail(notInEither(bytes, *bad, cp));
-        codePage_ = cp;
-        retry_ = true;
-        return Outcome::Retry;
-    }
     std::string reason;
+    if (!codePage_) {
+        if (xmlDoc* doc = parseXmlBytes(bytes, input_.name, false, &reason, nullptr, false)) {
+            xmlFreeDoc(doc);
+            return acceptedWhole();
+        }
+        if (reason != kEntityRefused && declarationEncoding(bytes.substr(0, 256)).empty() &&
+            !isValidUtf8(bytes)) {
+            const char* cp = fallbackCodePage();
+            if (std::optional<size_t> bad = firstByteNotIn(bytes, cp))
+                return fail(notInEither(bytes, *bad, cp));
+            codePage_ = cp;
+            retry_ = true;
+            return Outcome::Retry;
+        }
+        return fail(reason);
+    }
     if (xmlDoc* doc = parseXmlBytes(bytes, input_.name, false, &reason, nullptr)) {
-        // The whole parse took what the stream did not: keep the stream's reason.
         xmlFreeDoc(doc);
-        reason = describeXmlError(xmlCtxtGetLastError(ctxt_));
+        return acceptedWhole();
     }
     return fail(reason);
 }
@@ -407,7 +422,8 @@ void XmlStream::onStart(void* ctx, const unsigned char* localname, const unsigne
 
 void XmlStream::onEnd(void* ctx, const unsigned char*, const unsigned char*, const unsigned char*) {
     auto* self = static_cast<XmlStream*>(ctx);
-    --self->parseDepth_;
+    if (--self->parseDepth_ == 0)
+        self->rootClosed_ = true;
     if (!self->discard_)
         self->events_.push_back({Event::End, nullptr, 0, 0, 0, 0});
 }

@@ -193,14 +193,15 @@ private:
 
     int depth_ = 0; // elements open at the reader's position
     Current current_;
-    bool parsed_ = false;   // the parser has seen the end of the input
-    bool broken_ = false;   // not well-formed, or stopped
-    bool entity_ = false;   // an entity declaration stopped the parser
-    bool opened_ = false;   // open() reached the expected root
-    bool retry_ = false;    // again() is to read in the code page
-    bool discard_ = false;  // reading to the end: elements are not kept
-    std::string ioError_;   // a read of the file failed
-    std::string openError_; // why open() refused a well-formed start
+    bool parsed_ = false;     // the parser has seen the end of the input
+    bool broken_ = false;     // not well-formed, or stopped
+    bool entity_ = false;     // an entity declaration stopped the parser
+    bool opened_ = false;     // open() reached the expected root
+    bool retry_ = false;      // again() is to read in the code page
+    bool discard_ = false;    // reading to the end: elements are not kept
+    bool rootClosed_ = false; // the parser reported the end of the root
+    std::string ioError_;     // a read of the file failed
+    std::string openError_;   // why open() refused a well-formed start
 };
 
 // Opens the input, runs `read` on the stream and finishes the input: true when

@@ -150,7 +150,7 @@ TEST(XmlStream, AgreesWithTheTreeReaderOnEveryInput) {
         "<r>" + big + "</r><",
         "<r>" + big,
         "<r>" + big + gb + "</r>",
-        "\xFF\xFE<\0r\0/\0>\0",
+        "\xFF\xFE<\0r\0/\0>\0", std::string("<r/>\0\0junk\xFF", 10), std::string("<r>\0</r>", 9),
     };
     TempDir dir;
     int index = 0;
