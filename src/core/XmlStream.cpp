@@ -183,8 +183,10 @@ bool XmlStream::readChunk(const char*& data, std::size_t& size) {
 }
 
 bool XmlStream::feed(const char* data, std::size_t size, bool last) {
-    xmlParseChunk(ctxt_, data, static_cast<int>(size), last ? 1 : 0);
-    if (!ctxt_->wellFormed || entity_)
+    const int rc = xmlParseChunk(ctxt_, data, static_cast<int>(size), last ? 1 : 0);
+    // A conversion error halts the parser without a well-formedness error.
+    if (!ctxt_->wellFormed || entity_ || rc == XML_ERR_INVALID_ENCODING ||
+        (!last && ctxt_->instate == XML_PARSER_EOF))
         broken_ = true;
     if (last)
         parsed_ = true;

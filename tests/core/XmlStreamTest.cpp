@@ -150,7 +150,10 @@ TEST(XmlStream, AgreesWithTheTreeReaderOnEveryInput) {
         "<r>" + big + "</r><",
         "<r>" + big,
         "<r>" + big + gb + "</r>",
-        "\xFF\xFE<\0r\0/\0>\0", std::string("<r/>\0\0junk\xFF", 10), std::string("<r>\0</r>", 9),
+        "\xFF\xFE<\0r\0/\0>\0",
+        std::string("<r/>\0\0junk\xFF", 10),
+        std::string("<r>\0</r>", 9),
+        "<?xml version=\"1.0\" encoding=\"GB2312\"?><r><e name=\"a\"/><e name=\"\xA0n\"/></r>",
     };
     TempDir dir;
     int index = 0;
