@@ -8,6 +8,7 @@
 // redo cost as much as the change itself.
 
 #include <string>
+#include <vector>
 
 namespace rq {
 
@@ -21,6 +22,9 @@ public:
 
     const std::string& name() const { return name_; }
     int section() const { return section_; }
+    // Every section file the command changes: most change the one they were made
+    // for; a step that spans several sections lists them all.
+    virtual std::vector<int> sections() const { return {section_}; }
 
     // Makes the change (the first time, and again after undo).
     virtual void redo() = 0;

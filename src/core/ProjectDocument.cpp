@@ -17,7 +17,8 @@ ProjectDocument::ProjectDocument(const Catalogs& catalogs, MessageSink& sink,
     // Every step (done, undone or redone) edits its section since the open.
     history_.setListener([this](const EditCommand& c) {
         model_.modified = true;
-        markSectionEdited(c.section());
+        for (int s : c.sections())
+            markSectionEdited(s);
     });
     markSaved();
 }

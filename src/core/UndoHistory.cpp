@@ -4,6 +4,7 @@ namespace rq {
 
 EditCommand& UndoHistory::push(std::unique_ptr<EditCommand> command) {
     command->redo();
+    ++revision_;
     if (clean_ > static_cast<long>(index_))
         clean_ = -1; // the saved state was among the dropped steps
     steps_.resize(index_);
@@ -27,6 +28,7 @@ EditCommand* UndoHistory::undo() {
         return nullptr;
     EditCommand* c = steps_[--index_].get();
     c->undo();
+    ++revision_;
     if (listener_)
         listener_(*c);
     return c;
@@ -37,6 +39,7 @@ EditCommand* UndoHistory::redo() {
         return nullptr;
     EditCommand* c = steps_[index_++].get();
     c->redo();
+    ++revision_;
     if (listener_)
         listener_(*c);
     return c;
@@ -44,6 +47,7 @@ EditCommand* UndoHistory::redo() {
 
 void UndoHistory::clear() {
     steps_.clear();
+    ++revision_;
     index_ = 0;
     clean_ = 0;
 }

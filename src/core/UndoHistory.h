@@ -10,6 +10,7 @@
 #include "core/EditCommand.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -49,11 +50,15 @@ public:
         listener_ = std::move(listener);
     }
     std::size_t index() const { return index_; }
+    // Changes with every push, undo, redo and clear: what was derived from the
+    // model at one revision (a reference index) is stale at another.
+    std::uint64_t revision() const { return revision_; }
 
 private:
     std::vector<std::unique_ptr<EditCommand>> steps_;
     std::size_t index_ = 0; // steps_[0, index_) are done
     long clean_ = 0;
+    std::uint64_t revision_ = 0;
     std::function<void(const EditCommand&)> listener_;
 };
 
