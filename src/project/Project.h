@@ -4,6 +4,7 @@
 #include "core/Catalogs.h"
 #include "core/MessageSink.h"
 #include "core/ProjectDocument.h"
+#include "project/ProjectReferences.h"
 #include "sections/alarm/AlarmSection.h"
 #include "sections/datalog/DataLogSection.h"
 #include "sections/device/DeviceSection.h"
@@ -39,6 +40,8 @@ public:
     PrinterSection printer;
 
     ProjectDocument doc;
+    // The uses of real-time data, built again after every change.
+    ProjectReferences references{*this};
     ProjectModel& model() { return doc.model(); }
     const ProjectModel& model() const { return doc.model(); }
 };

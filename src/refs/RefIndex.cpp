@@ -73,22 +73,29 @@ void RefIndex::build(const RefSections& s) {
     uses_.clear();
     byItem_.clear();
     // A pair with both names empty, or an empty text, is no reference.
-    auto pair = [this](const char* file, std::string where, const char* attribute, std::string& db,
-                       std::string& data, bool checked = true) {
+    // `node` and `row`: where the section's editor shows the record (RefUse).
+    const void* node = nullptr;
+    std::ptrdiff_t row = -1;
+    auto pair = [&](const char* file, std::string where, const char* attribute, std::string& db,
+                    std::string& data, bool checked = true) {
         if (!db.empty() || !data.empty())
-            add({file, std::move(where), attribute, &db, &data, nullptr, checked});
+            add({file, std::move(where), attribute, &db, &data, nullptr, checked, node, row});
     };
-    auto joined = [this](const char* file, std::string where, const char* attribute,
-                         std::string& text, bool checked = true) {
+    auto joined = [&](const char* file, std::string where, const char* attribute, std::string& text,
+                      bool checked = true) {
         if (!text.empty())
-            add({file, std::move(where), attribute, nullptr, nullptr, &text, checked});
+            add({file, std::move(where), attribute, nullptr, nullptr, &text, checked, node, row});
     };
 
     if (s.hmidb) {
         auto walk = [&](auto& self, HmiIoGroup& group, const std::string& path) -> void {
-            for (HmiIoItem& item : group.items)
+            node = &group;
+            row = 0;
+            for (HmiIoItem& item : group.items) {
                 pair("hmidb.xml", path + quoted("data", item.name), "dbname/dataname", item.dbname,
                      item.dataname);
+                ++row;
+            }
             for (HmiIoGroup& g : group.groups)
                 self(self, g, path + quoted("group", g.name) + " ");
         };
@@ -97,14 +104,19 @@ void RefIndex::build(const RefSections& s) {
     if (s.device) {
         for (LinkItem& l : s.device->links()) {
             const std::string lw = quoted("link", l.name);
+            node = &l;
+            row = -1;
             joined("device.xml", lw, "status_var", l.status_var);
             joined("device.xml", lw, "control_var", l.control_var);
             for (DeviceItem& d : l.devices) {
                 const std::string dw = lw + " " + quoted("device", d.name);
+                node = &d;
+                row = -1;
                 joined("device.xml", dw, "status_var", d.status_var);
                 joined("device.xml", dw, "control_var", d.control_var);
                 std::size_t n = 0;
                 for (DeviceDataItem& p : d.data) {
+                    row = static_cast<std::ptrdiff_t>(n);
                     const std::string pw = dw + " data " + std::to_string(++n);
                     joined("device.xml", pw, "dataname", p.dataname);
                     joined("device.xml", pw, "status_var", p.status_var);
@@ -114,13 +126,18 @@ void RefIndex::build(const RefSections& s) {
     }
     if (s.param) {
         std::size_t n = 0;
-        for (ParamItem& p : s.param->items)
+        node = nullptr;
+        for (ParamItem& p : s.param->items) {
+            row = static_cast<std::ptrdiff_t>(n);
             pair("param.xml", "parameter " + std::to_string(++n), "dbname/dataname", p.dbname,
                  p.dataname);
+        }
     }
     if (s.datalog) {
         for (DataLog& log : s.datalog->logs) {
             const std::string lw = quoted("log", log.name);
+            node = &log;
+            row = -1;
             // The period variable is typed; only a "DB.DATA" text names an item.
             if (isJoinedReference(log.period_var))
                 joined("datalog.xml", lw, "period_var", log.period_var, false);
@@ -128,16 +145,20 @@ void RefIndex::build(const RefSections& s) {
             if (log.kind != DataLogKind::Variables)
                 continue;
             std::size_t n = 0;
-            for (DataRef& r : log.data)
+            for (DataRef& r : log.data) {
+                row = static_cast<std::ptrdiff_t>(n);
                 pair("datalog.xml", lw + " data " + std::to_string(++n), "dbname/dataname",
                      r.dbname, r.dataname);
+            }
         }
     }
     if (s.history) {
         for (HistoryRecord& r : s.history->records()) {
             const std::string rw = quoted("record", r.name);
+            node = &r;
             std::size_t n = 0;
             for (HistoryData& d : r.data) {
+                row = static_cast<std::ptrdiff_t>(n);
                 const std::string dw = rw + " data " + std::to_string(++n);
                 pair("history.xml", dw, "dbname/dataname", d.dbname, d.dataname);
                 joined("history.xml", dw, "trigvarname", d.trigvarname);
@@ -148,6 +169,8 @@ void RefIndex::build(const RefSections& s) {
     if (s.alarm) {
         for (AlarmGroup& g : s.alarm->groups()) {
             const std::string gw = quoted("group", g.name);
+            node = &g;
+            row = 0;
             for (AlarmDataItem& d : g.data) {
                 const std::string dw = gw + " " + quoted("data", d.dbname + "." + d.dataname);
                 pair("alarm.xml", dw, "dbname/dataname", d.dbname, d.dataname);
@@ -162,19 +185,24 @@ void RefIndex::build(const RefSections& s) {
                     if (isJoinedReference(c.value_var))
                         joined("alarm.xml", sw, "value_var", c.value_var, false);
                 }
+                ++row;
             }
         }
     }
     if (s.fbd) {
         for (FbdItem& b : s.fbd->blocks()) {
             const std::string bw = quoted("block", b.name);
+            node = &b;
+            row = 0; // the enabling EN, then the parameters
             // The section's check looks the enabling item up only when both names are given.
             pair("fbd.xml", bw + " " + quoted("param", FbdSection::kEnableParam), "dbname/varname",
                  b.enable.dbname, b.enable.dataname,
                  !b.enable.dbname.empty() && !b.enable.dataname.empty());
-            for (FbdParam& p : b.params)
+            for (FbdParam& p : b.params) {
+                ++row;
                 pair("fbd.xml", bw + " " + quoted("param", p.name), "dbname/varname", p.dbname,
                      p.varname);
+            }
         }
     }
 }

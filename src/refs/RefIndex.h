@@ -8,6 +8,7 @@
 // that a rename can change them in place. The index is valid until the sections
 // are changed or cleared; build a new one after any edit.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -47,6 +48,11 @@ struct RefUse {
     // Whether the section's own check already reports this use when its item does
     // not exist (or deliberately does not look it up).
     bool checkedBySection = true;
+    // Where the section's editor shows the use: the node of the record that holds
+    // it (the record's address, as the editor's node key; null for the section's
+    // own node) and the row of that node's list (-1: the node itself).
+    const void* node = nullptr;
+    std::ptrdiff_t row = -1;
 
     std::string line() const; // "FILE: where: attribute"
 };
