@@ -43,9 +43,14 @@ RtdbEditResult editNodeProperties(const RtdbEditor& ed, DataNode* selected) {
         return {};
     if (form.name == selected->name() && form.sync == selected->sync())
         return {};
-    ed.history.push(std::make_unique<ChangeNodeProperties>(
+    const std::string oldName = selected->name(), newName = form.name;
+    auto change = std::make_unique<ChangeNodeProperties>(
         selected->isDatabase() ? "Modify Database" : "Modify Data Group", *selected,
-        std::move(form.name), form.sync));
+        std::move(form.name), form.sync);
+    if (selected->isDatabase())
+        pushDatabaseRename(ed, oldName, newName, std::move(change));
+    else
+        ed.history.push(std::move(change));
     return {true, nullptr};
 }
 

@@ -43,7 +43,9 @@ RtdbEditResult modifyData(const RtdbEditor& ed, DataNode* selected,
     }
     if (item == selected->item(at))
         return {};
-    ed.history.push(
+    const std::string oldName = selected->item(at).name, newName = item.name;
+    pushDataRename(
+        ed, *selected, oldName, newName,
         std::make_unique<ReplaceDataItem>("Modify Data", *selected, at, std::move(item)));
     return {true, nullptr};
 }

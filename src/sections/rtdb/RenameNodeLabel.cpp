@@ -36,10 +36,14 @@ bool checkNodeLabel(const RtdbEditor& ed, const DataNode& node, const std::strin
 bool renameNodeLabel(const RtdbEditor& ed, DataNode& node, const std::string& newName) {
     if (!checkNodeLabel(ed, node, newName))
         return false;
-    if (newName != node.name())
-        ed.history.push(std::make_unique<ChangeNodeProperties>(
-            node.isDatabase() ? "Rename Database" : "Rename Data Group", node, newName,
-            node.sync()));
+    if (newName == node.name())
+        return true;
+    auto change = std::make_unique<ChangeNodeProperties>(
+        node.isDatabase() ? "Rename Database" : "Rename Data Group", node, newName, node.sync());
+    if (node.isDatabase())
+        pushDatabaseRename(ed, std::string(node.name()), newName, std::move(change));
+    else
+        ed.history.push(std::move(change));
     return true;
 }
 

@@ -11,6 +11,7 @@
 #include "core/MessageSink.h"
 #include "core/UndoHistory.h"
 #include "sections/rtdb/RtdbDialogHost.h"
+#include "sections/rtdb/RtdbReferences.h"
 #include "sections/rtdb/RtdbSection.h"
 
 #include <cstddef>
@@ -24,6 +25,8 @@ struct RtdbEditor {
     RtdbDialogHost& dialogs;
     MessageSink& sink;
     UndoHistory& history;
+    // The uses of the data in other sections; null: none are looked at.
+    RtdbReferences* refs = nullptr;
 };
 
 struct RtdbEditResult {
@@ -62,6 +65,21 @@ bool renameNodeLabel(const RtdbEditor& ed, DataNode& node, const std::string& ne
 // destroyed: the shell removes its tree item by the pointer it passed in.
 RtdbEditResult deleteDatabase(const RtdbEditor& ed, DataNode* selected);
 RtdbEditResult deleteDataGroup(const RtdbEditor& ed, DataNode* selected);
+
+// Deleting used data, a used group or database: the uses are listed first and the
+// user asked whether to delete anyway (No, default: nothing is deleted and the
+// delete question is not asked). True when nothing is used or the user agrees.
+bool confirmDeleteUses(const RtdbEditor& ed, const std::vector<DataUse>& uses);
+
+// Renaming used data (Modify) or a used database (Modify, label edit): `change`
+// is the rename itself; when the old name is used, the uses are listed and the
+// user asked whether to update them. Yes pushes the rename, the aliases standing
+// for renamed data and every reference as one step named like `change`; No
+// pushes `change` alone.
+void pushDataRename(const RtdbEditor& ed, DataNode& node, const std::string& oldName,
+                    const std::string& newName, std::unique_ptr<EditCommand> change);
+void pushDatabaseRename(const RtdbEditor& ed, const std::string& oldName,
+                        const std::string& newName, std::unique_ptr<EditCommand> change);
 
 // Items of the selected database or group. `rows` are the selected list rows
 // (row i shows item i of the node), in any order.

@@ -15,6 +15,8 @@ public:
 
     // The dialogs (tests replace them with a scripted host).
     void setDialogHost(RtdbDialogHost* dialogs) { dialogs_ = dialogs; }
+    // The uses of the data in the other sections (null: none are looked at).
+    void setReferences(RtdbReferences* refs) { refs_ = refs; }
 
     std::vector<EditorNode> nodes() const override;
     int treeMenu(const void* node) const override;
@@ -26,12 +28,13 @@ public:
     EditorResult run(int command, const EditorSelection& selection) override;
 
 private:
-    RtdbEditor editor() const { return RtdbEditor{rtdb_, *dialogs_, sink_, history_}; }
+    RtdbEditor editor() const { return RtdbEditor{rtdb_, *dialogs_, sink_, history_, refs_}; }
 
     RtdbSection& rtdb_;
     RtdbDialogHost* dialogs_;
     MessageSink& sink_;
     UndoHistory& history_;
+    RtdbReferences* refs_ = nullptr;
 };
 
 } // namespace rq
