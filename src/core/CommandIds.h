@@ -26,6 +26,9 @@ inline constexpr int kPrintConfiguration = 32911;
 inline constexpr int kAbout = 57664;
 // Help > User Guide: this program's own command (the guide rendered from docs/).
 inline constexpr int kUserGuide = 32990;
+// Find References on a data row of the real-time database: the uses of the item in
+// the "References" dock (this program's own command).
+inline constexpr int kFindReferences = 32997;
 
 // Real-time database.
 inline constexpr int kNewDataGroup = 32802;

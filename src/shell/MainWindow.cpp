@@ -20,6 +20,7 @@
 #include "shell/ListView.h"
 #include "shell/ProjectDialogs.h"
 #include "shell/ProjectTree.h"
+#include "shell/ReferencesBar.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -159,6 +160,12 @@ void CMainFrame::createTree() {
     tree_->setAccessibleName(treeBar_->windowTitle());
     treeBar_->setWidget(tree_);
     addDockWidget(Qt::LeftDockWidgetArea, treeBar_);
+
+    refsBar_ = new CReferencesBar(this);
+    refsBar_->setAllowedAreas(Qt::AllDockWidgetAreas);
+    addDockWidget(Qt::BottomDockWidgetArea, refsBar_);
+    refsBar_->hide();
+    connect(refsBar_, &CReferencesBar::useActivated, this, &CMainFrame::goToUse);
 
     connect(tree_, &CPrjTree::contextMenuWanted, this, &CMainFrame::showContextMenu);
     connect(tree_, &CPrjTree::ladderActivated, this, [this] { flows_->launchLadder(); });
@@ -336,6 +343,8 @@ bool CMainFrame::commandEnabled(int command) const {
         return project_->doc.history().canRedo();
     if (command >= kFirstRecent && command < kFirstRecent + kRecentCount)
         return command - kFirstRecent < recentFiles().size();
+    if (command == rq::cmd::kFindReferences)
+        return selectedDataItem().has_value();
     rq::SectionObject object = rq::sectionOfCommand(command);
     const ShellSection* section = object == rq::SectionObject::None ? nullptr : sectionFor(object);
     if (!section || !section->handles(command))
@@ -494,6 +503,9 @@ void CMainFrame::runCommand(int command) {
     case rq::cmd::kUserGuide:
         openUserGuide();
         break;
+    case rq::cmd::kFindReferences:
+        findReferences();
+        break;
     default:
         if (command >= kFirstRecent && command < kFirstRecent + kRecentCount) {
             flows_->openRecent(
@@ -505,6 +517,7 @@ void CMainFrame::runCommand(int command) {
         }
         break;
     }
+    refreshReferences();
     updateTitle();
     updateCommandStates();
 }
@@ -591,7 +604,79 @@ void CMainFrame::undoRedo(int command) {
     updateTitle();
 }
 
+std::optional<std::pair<std::string, std::string>> CMainFrame::selectedDataItem() const {
+    EditorTreeSection* rtdb = editorSection(rq::SectionObject::Rtdb);
+    bool in = false;
+    auto* node = rtdb ? static_cast<const rq::DataNode*>(rtdb->selectedKey(&in)) : nullptr;
+    if (!in || !node || !node->database())
+        return std::nullopt;
+    std::optional<std::size_t> row = rq::firstSelectedRow(view_->selectedRows(), node->itemCount());
+    if (!row)
+        return std::nullopt;
+    return std::make_pair(node->database()->name(), node->item(*row).name);
+}
+
+void CMainFrame::findReferences() {
+    if (auto item = selectedDataItem()) {
+        showReferences(item->first, item->second);
+        refsBar_->show();
+        refsBar_->raise();
+    }
+}
+
+void CMainFrame::showReferences(const std::string& db, const std::string& data) {
+    rq::ProjectReferences& refs = project_->references;
+    std::vector<CReferencesBar::Use> uses;
+    for (const rq::RefUse* u : refs.index().usesOf(db, data))
+        uses.push_back({u->file, u->where, u->attribute, u->node, u->row});
+    refsBar_->showUses(db + "." + data, std::move(uses), refs.revision());
+}
+
+void CMainFrame::refreshReferences() {
+    const std::string& item = refsBar_->item();
+    if (item.empty() || refsBar_->revision() == project_->references.revision())
+        return;
+    const std::size_t dot = item.find('.');
+    showReferences(item.substr(0, dot), item.substr(dot + 1));
+}
+
+void CMainFrame::goToUse(int index) {
+    // What the dock shows is looked up again after any change, so its records are
+    // those of the model; a dock left behind by a change outside the commands is
+    // refreshed instead.
+    if (refsBar_->revision() != project_->references.revision()) {
+        refreshReferences();
+        return;
+    }
+    if (index < 0 || std::size_t(index) >= refsBar_->uses().size())
+        return;
+    const CReferencesBar::Use& use = refsBar_->uses()[std::size_t(index)];
+    static const std::pair<const char*, rq::SectionObject> sections[] = {
+        {"hmidb.xml", rq::SectionObject::HmiDb},     {"device.xml", rq::SectionObject::Device},
+        {"param.xml", rq::SectionObject::Param},     {"datalog.xml", rq::SectionObject::DataLog},
+        {"history.xml", rq::SectionObject::History}, {"alarm.xml", rq::SectionObject::Alarm},
+        {"fbd.xml", rq::SectionObject::Fbd},
+    };
+    EditorTreeSection* section = nullptr;
+    for (auto [file, object] : sections)
+        if (use.file == file)
+            section = editorSection(object);
+    QTreeWidgetItem* item = section ? section->itemOf(use.node) : nullptr;
+    if (!item)
+        return;
+    treeBar_->show();
+    tree_->setCurrentItem(item);
+    tree_->scrollToItem(item);
+    if (use.row >= 0 && use.row < view_->listModel().rowCount()) {
+        view_->selectRow(int(use.row));
+        view_->scrollTo(view_->listModel().index(int(use.row), 0));
+        view_->setFocus();
+    }
+    updateCommandStates();
+}
+
 void CMainFrame::markModified() {
+    refreshReferences();
     project_->model().modified = true;
     updateTitle();
     updateCommandStates();
@@ -652,6 +737,7 @@ void CMainFrame::projectCleared() {
     for (const auto& s : sections_)
         s->clearNodes();
     view_->showEmpty();
+    refsBar_->clearUses();
 }
 
 void CMainFrame::projectLoaded() {
@@ -662,6 +748,7 @@ void CMainFrame::projectLoaded() {
     tree_->clearSelection();
     tree_->expandEverything();
     view_->showEmpty();
+    refsBar_->clearUses();
 }
 
 void CMainFrame::restoreLayout() {

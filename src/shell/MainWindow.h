@@ -19,6 +19,9 @@
 #include <QSettings>
 #include <map>
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 class QDialog;
@@ -30,6 +33,7 @@ class QToolBar;
 namespace rqshell {
 
 class CPrjTree;
+class CReferencesBar;
 class CRQPDevView;
 class EditorTreeSection;
 
@@ -47,6 +51,11 @@ public:
     CPrjTree& tree() const { return *tree_; }
     CRQPDevView& view() const { return *view_; }
     QDockWidget* treeBar() const { return treeBar_; }
+    // The "References" dock (Find References).
+    CReferencesBar& referencesBar() const { return *refsBar_; }
+    // Goes to the record of use `index` of the dock: selects its section's node in
+    // the tree and its row in the list.
+    void goToUse(int index);
     QToolBar* toolBar() const { return toolBar_; }
     // The shell part of a section editor; null when the section has none.
     EditorTreeSection* editorSection(rq::SectionObject object) const;
@@ -115,6 +124,12 @@ private:
     void showContextMenu(int menuId, const QPoint& globalPos);
     void onListRightClick(const QPoint& globalPos);
     void markModified();
+    // The item of the selected data row of the real-time database, as DB.DATA parts.
+    std::optional<std::pair<std::string, std::string>> selectedDataItem() const;
+    void findReferences();
+    void showReferences(const std::string& db, const std::string& data);
+    // The dock follows the project: its uses are looked up again after a change.
+    void refreshReferences();
     // Help > User Guide: the rendered guide in the desktop's web browser.
     void openUserGuide();
     void runDeployDialog(int command);
@@ -137,6 +152,7 @@ private:
     CPrjTree* tree_ = nullptr;
     CRQPDevView* view_ = nullptr;
     QDockWidget* treeBar_ = nullptr;
+    CReferencesBar* refsBar_ = nullptr;
     QToolBar* toolBar_ = nullptr;
     QMenu* projectMenu_ = nullptr;
     QAction* recentPlaceholder_ = nullptr;

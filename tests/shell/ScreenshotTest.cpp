@@ -2,6 +2,7 @@
 // PNG files, for a person to look at. Runs only when RQ_SCREENSHOT_DIR names the
 // output directory (tools/screenshots.sh does so under Xvfb).
 
+#include "core/CommandIds.h"
 #include "core/ValueChecks.h"
 #include "sections/alarm/ui/AlarmDialogs.h"
 #include "sections/datalog/ui/DataLogDialogs.h"
@@ -37,6 +38,8 @@
 #include <QProgressBar>
 #include <QScreen>
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace {
 
@@ -404,6 +407,41 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
                         QString::fromStdString(text), QMessageBox::Ok);
         save(box, name);
     }
+}
+
+// Find References on a data item of the demo that several sections use, and the
+// questions before deleting or renaming it.
+TEST_F(Screenshots, ReferencesDockAndQuestions) {
+    rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
+    frame.resize(1100, 700);
+    ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(demo())));
+    std::function<rq::DataNode*(rq::DataNode&)> holder = [&](rq::DataNode& n) -> rq::DataNode* {
+        if (!n.isRoot() && n.findItem("Tank1_Level") >= 0)
+            return &n;
+        for (std::size_t i = 0; i < n.childCount(); ++i)
+            if (rq::DataNode* found = holder(n.child(i)))
+                return found;
+        return nullptr;
+    };
+    rq::DataNode* node = holder(*frame.project().rtdb.findDatabase("plant"));
+    ASSERT_NE(node, nullptr);
+    frame.tree().setCurrentItem(frame.editorSection(rq::SectionObject::Rtdb)->itemOf(node));
+    frame.view().selectRow(node->findItem("Tank1_Level"));
+    frame.runCommand(rq::cmd::kFindReferences);
+    save(frame, "references-dock");
+
+    const std::vector<rq::DataUse> uses =
+        rq::usesOfItems(frame.project().references, *node, {"Tank1_Level"});
+    QMessageBox remove(QMessageBox::Question, QApplication::applicationName(),
+                       QString::fromStdString(*rq::deleteUsesQuestion(uses)),
+                       QMessageBox::Yes | QMessageBox::No);
+    remove.setDefaultButton(QMessageBox::No);
+    save(remove, "question-delete-used-data");
+    QMessageBox rename(QMessageBox::Question, QApplication::applicationName(),
+                       QString::fromStdString(*rq::renameUsesQuestion(uses, "plant.Tank1_Level",
+                                                                      "plant.Tank1_Height", false)),
+                       QMessageBox::Yes | QMessageBox::No);
+    save(rename, "question-rename-used-data");
 }
 
 } // namespace

@@ -116,7 +116,7 @@ TEST_F(MainWindowTest, MainMenuEntriesCommandsShortcutsAndStates) {
                                         "Recent File|57616||off", "Quit(&X)|57665||on"}));
     EXPECT_EQ(entries("View(&V)"),
               (std::vector<std::string>{"Toolbar(&T)|59392||on", "Status Bar(&S)|59393||on",
-                                        "Project Manager|103||on"}));
+                                        "Project Manager|103||on", "Find References|32997||off"}));
     EXPECT_EQ(
         entries("Tool(&T)"),
         (std::vector<std::string>{
@@ -194,7 +194,7 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
         {FixedNode::RealtimeDatabase,
          false,
          {"New Data(&N)|32810|on", "Delete Data(&D)|32811|on", "Modify(&P)|32812|on",
-          "Batch Data|32906|on"}},
+          "Batch Data|32906|on", "Find References|32997|off"}},
         {FixedNode::WindowDatabase,
          true,
          {"New Data Group|32813|on", "Delete Data Group|32814|on", "Modify|32874|on"}},
