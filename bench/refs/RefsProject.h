@@ -27,11 +27,14 @@ inline void fill(rq::Project& p) {
     for (int l = 0; l < 20; ++l) {
         rq::LinkItem& link = p.device.links().emplace_back();
         link.name = "link" + std::to_string(l);
+        link.driver = "none"; // a common link: the device file reads it back
         for (int d = 0; d < 20; ++d) {
             rq::DeviceItem& dev = link.devices.emplace_back();
             dev.name = "dev" + std::to_string(d);
             for (int k = 0; k < 50; ++k, n += 7) {
                 rq::DeviceDataItem& point = dev.data.emplace_back();
+                point.type = "float";
+                point.address = std::to_string(k);
                 point.dataname = "plant." + item(n);
                 point.status_var = "plant." + item(n + 1);
             }
