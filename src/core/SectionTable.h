@@ -3,6 +3,7 @@
 // saved. Index 0 is the project file itself.
 
 #include <array>
+#include <string_view>
 
 namespace rq {
 
@@ -14,5 +15,15 @@ inline constexpr std::array<const char*, kSectionCount> kSectionFiles = {
     "param.xml",      "datalog.xml", "history.xml", "alarm.xml",     "modules.xml",
     "redundancy.xml", "fbd.xml",     "printer.xml",
 };
+
+// The index of a section file in the table, worked out when compiling: an editor
+// names its file instead of writing the number, so the two cannot drift apart. A
+// name not in the table does not compile.
+consteval int sectionIndexOf(std::string_view file) {
+    for (int i = 0; i < kSectionCount; ++i)
+        if (std::string_view(kSectionFiles[i]) == file)
+            return i;
+    throw "not a section file";
+}
 
 } // namespace rq

@@ -4,6 +4,7 @@
 // valid; a step holds only what it took out or overwrote.
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/alarm/AlarmSection.h"
 
 #include <cstddef>
@@ -12,7 +13,7 @@
 
 namespace rq {
 
-inline constexpr int kAlarmSectionIndex = 8; // alarm.xml in the section table
+inline constexpr int kAlarmSectionIndex = sectionIndexOf("alarm.xml");
 
 // The buffer size replaced by another (undo puts the old one back).
 class ChangeAlarmLogSize : public EditCommand {

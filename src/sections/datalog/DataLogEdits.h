@@ -4,6 +4,7 @@
 // a step holds only what it took out or overwrote.
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/datalog/DataLogSection.h"
 
 #include <cstddef>
@@ -11,7 +12,7 @@
 
 namespace rq {
 
-inline constexpr int kDataLogSectionIndex = 6; // datalog.xml in the section table
+inline constexpr int kDataLogSectionIndex = sectionIndexOf("datalog.xml");
 
 // A log put in at `index` (undo takes it out again).
 class InsertDataLog : public EditCommand {

@@ -4,6 +4,7 @@
 // a linear history keeps valid; a step holds what it took out or overwrote.
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/device/DeviceSection.h"
 
 #include <cstddef>
@@ -12,7 +13,7 @@
 
 namespace rq {
 
-inline constexpr int kDeviceSectionIndex = 4; // device.xml in the section table
+inline constexpr int kDeviceSectionIndex = sectionIndexOf("device.xml");
 
 // A link put in at `index` (undo takes it out again); RemoveLink the reverse.
 class InsertLink : public EditCommand {

@@ -4,13 +4,14 @@
 // step holds only what it took out or overwrote.
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/fbd/FbdSection.h"
 
 #include <cstddef>
 
 namespace rq {
 
-inline constexpr int kFbdSectionIndex = 11; // fbd.xml in the section table
+inline constexpr int kFbdSectionIndex = sectionIndexOf("fbd.xml");
 
 // One block appended as the last block.
 class AppendBlock : public EditCommand {

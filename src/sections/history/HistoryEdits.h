@@ -4,6 +4,7 @@
 // linear history keeps valid; a step holds only what it took out or overwrote.
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/history/HistorySection.h"
 
 #include <cstddef>
@@ -11,7 +12,7 @@
 
 namespace rq {
 
-inline constexpr int kHistorySectionIndex = 6; // history.xml in the section table
+inline constexpr int kHistorySectionIndex = sectionIndexOf("history.xml");
 
 // A history record put in at `index`; undo takes it out again.
 class InsertHistoryRecord : public EditCommand {

@@ -7,6 +7,7 @@
 // data").
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/hmidb/HmiDbSection.h"
 
 #include <cstddef>
@@ -15,7 +16,7 @@
 
 namespace rq {
 
-inline constexpr int kHmiDbSectionIndex = 2; // hmidb.xml in the section table
+inline constexpr int kHmiDbSectionIndex = sectionIndexOf("hmidb.xml");
 
 // Positions from a fixed group down to one of its groups; empty = the fixed group.
 using HmiGroupPath = std::vector<std::size_t>;

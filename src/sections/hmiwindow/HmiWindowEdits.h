@@ -5,6 +5,7 @@
 
 #include "core/EditCommand.h"
 #include "core/MessageSink.h"
+#include "core/SectionTable.h"
 #include "sections/hmiwindow/HmiWindowSection.h"
 
 #include <cstddef>
@@ -14,7 +15,7 @@
 
 namespace rq {
 
-inline constexpr int kHmiWindowSectionIndex = 3; // hmiwindow.xml in the section table
+inline constexpr int kHmiWindowSectionIndex = sectionIndexOf("hmiwindow.xml");
 
 // A layout file that a command created, as its step sees it. Undo removes the
 // file only while it still holds the bytes the step wrote; once the designer has

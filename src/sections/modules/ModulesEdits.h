@@ -5,6 +5,7 @@
 // it took out or overwrote.
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/modules/ModulesSection.h"
 
 #include <cstddef>
@@ -12,7 +13,7 @@
 
 namespace rq {
 
-inline constexpr int kModulesSectionIndex = 9; // modules.xml in the section table
+inline constexpr int kModulesSectionIndex = sectionIndexOf("modules.xml");
 
 // One module appended at the end of the list.
 class AppendModule : public EditCommand {

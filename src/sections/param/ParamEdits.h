@@ -4,6 +4,7 @@
 // holds only what it took out or overwrote.
 
 #include "core/EditCommand.h"
+#include "core/SectionTable.h"
 #include "sections/param/ParamSection.h"
 
 #include <cstddef>
@@ -11,7 +12,7 @@
 
 namespace rq {
 
-inline constexpr int kParamSectionIndex = 5; // param.xml in the section table
+inline constexpr int kParamSectionIndex = sectionIndexOf("param.xml");
 
 // One record appended at the end of the list.
 class AppendParam : public EditCommand {

@@ -5,6 +5,7 @@
 
 #include "core/EditCommand.h"
 #include "core/SectionEditor.h"
+#include "core/SectionTable.h"
 #include "core/UndoHistory.h"
 #include "sections/printer/PrinterForms.h"
 
@@ -12,7 +13,7 @@
 
 namespace rq {
 
-inline constexpr int kPrinterSectionIndex = 12; // printer.xml in the section table
+inline constexpr int kPrinterSectionIndex = sectionIndexOf("printer.xml");
 
 // The configuration replaced by another (undo puts the old one back).
 class ReplacePrinterConfig : public EditCommand {

@@ -5,12 +5,13 @@
 
 #include "core/EditCommand.h"
 #include "core/SectionEditor.h"
+#include "core/SectionTable.h"
 #include "core/UndoHistory.h"
 #include "sections/redundancy/RedundancyForms.h"
 
 namespace rq {
 
-inline constexpr int kRedundancySectionIndex = 10; // redundancy.xml in the section table
+inline constexpr int kRedundancySectionIndex = sectionIndexOf("redundancy.xml");
 
 // The configuration replaced by another (undo puts the old one back).
 class ReplaceRedundancyConfig : public EditCommand {

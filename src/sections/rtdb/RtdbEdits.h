@@ -15,7 +15,7 @@
 
 namespace rq {
 
-inline constexpr int kRtdbSectionIndex = 1; // rtdb.xml in the section table
+inline constexpr int kRtdbSectionIndex = sectionIndexOf("rtdb.xml");
 
 // A database or data group put in as the child `index` of `parent` (undo takes it
 // out again).
