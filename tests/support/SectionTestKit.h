@@ -80,6 +80,44 @@ void expectBadFilesFail(Section filled, const std::string& notRoot, const std::s
     }
 }
 
+// A section file is read while the records are built. `records` (between `head`
+// and `tail`) show messages or are dropped: followed by a malformed end they show
+// nothing, drop nothing and leave the section's empty form; followed by bytes of
+// the device code page (the file is then read a second time) they are shown and
+// dropped once, with the result of the file without those bytes.
+template <class Section>
+void expectLateOutcomesHeldBack(const std::string& head, const std::string& records,
+                                const std::string& tail) {
+    struct Outcome {
+        bool ok;
+        std::vector<std::string> shown, dropped;
+        std::string out;
+    };
+    auto read = [](const std::string& bytes) {
+        TempDir dir;
+        writeFile(dir.file("f.xml"), bytes);
+        Section s;
+        RecordingSink sink;
+        rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+        Outcome o{s.read(dir.file("f.xml"), ctx), sink.texts(), {}, written(s)};
+        for (const rq::DroppedRecord& d : ctx.dropped)
+            o.dropped.push_back(d.element + ": " + d.reason);
+        return o;
+    };
+    const Outcome plain = read(head + records + tail);
+    ASSERT_TRUE(plain.ok);
+    const Outcome codePage = read(head + records + "<x a=\"\xce\xc2\"/>" + tail);
+    EXPECT_TRUE(codePage.ok);
+    EXPECT_EQ(codePage.shown, plain.shown);
+    EXPECT_EQ(codePage.dropped, plain.dropped);
+    EXPECT_EQ(codePage.out, plain.out);
+    const Outcome late = read(head + records + "<x>" + tail);
+    EXPECT_FALSE(late.ok);
+    EXPECT_TRUE(late.shown.empty());
+    EXPECT_TRUE(late.dropped.empty());
+    EXPECT_EQ(late.out, written(Section{}));
+}
+
 // Knows the real-time data given as {database, data} pairs.
 class FakeCheck : public rq::CheckContext {
 public:

@@ -1,5 +1,6 @@
 #include "sections/alarm/AlarmSection.h"
 
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 
 #include <unordered_set>
@@ -44,20 +45,20 @@ class AlarmReader {
 public:
     AlarmReader(AlarmSection& section, ReadContext& ctx) : section_(section), ctx_(ctx) {}
 
-    void alarm(const xmlNode* root) {
-        for (const xmlNode* n = root->children; n; n = n->next) {
-            if (isElement(n, "alarmlog"))
-                alarmlog(n);
-            else if (isElement(n, "alarmgroup"))
-                alarmgroup(n);
+    void alarm(XmlStream& s) {
+        for (auto c = s.children(); c.next();) {
+            if (s.is("alarmlog"))
+                alarmlog(s);
+            else if (s.is("alarmgroup"))
+                alarmgroup(s);
         }
     }
 
 private:
-    void alarmlog(const xmlNode* e) { section_.logSize() = ReadAttrText(e, "size"); }
+    void alarmlog(XmlStream& s) { section_.logSize() = s.attr("size"); }
 
-    void alarmgroup(const xmlNode* e) {
-        std::string name = ReadAttrText(e, "name");
+    void alarmgroup(XmlStream& s) {
+        std::string name = s.attr("name");
         // The same test as addGroup, through a hash set: a file may hold many groups.
         if (!names_.insert(name).second) {
             ctx_.sink.showMessage("The alarm group already exist!", MessageIcon::Stop);
@@ -67,35 +68,35 @@ private:
         }
         AlarmGroup& g = section_.groups().emplace_back();
         g.name = std::move(name);
-        for (const xmlNode* n = e->children; n; n = n->next)
-            if (isElement(n, "data"))
-                data(n, g);
+        for (auto c = s.children(); c.next();)
+            if (s.is("data"))
+                data(s, g);
     }
 
-    void data(const xmlNode* e, AlarmGroup& g) {
+    void data(XmlStream& s, AlarmGroup& g) {
         AlarmDataItem& d = g.data.emplace_back();
-        d.dbname = ReadAttrText(e, "dbname");
-        d.dataname = ReadAttrText(e, "dataname");
-        d.priority = ReadAttrText(e, "priority");
-        d.status_var = ReadAttrText(e, "status_var");
-        for (const xmlNode* n = e->children; n; n = n->next) {
-            const int slot = n->name ? alarmSlotOfTag(reinterpret_cast<const char*>(n->name)) : -1;
+        d.dbname = s.attr("dbname");
+        d.dataname = s.attr("dataname");
+        d.priority = s.attr("priority");
+        d.status_var = s.attr("status_var");
+        for (auto c = s.children(); c.next();) {
+            const int slot = alarmSlotOfTag(s.name());
             if (slot < 0)
                 continue;
             if (d.slots[slot].set)
-                ctx_.drop(std::string(reinterpret_cast<const char*>(n->name)) + " of data \"" +
-                              d.dbname + "." + d.dataname + "\" in alarmgroup \"" + g.name + "\"",
+                ctx_.drop(std::string(s.name()) + " of data \"" + d.dbname + "." + d.dataname +
+                              "\" in alarmgroup \"" + g.name + "\"",
                           "a second condition of this kind; only the last one is kept");
-            condition(n, d.slots[slot]);
+            condition(s, d.slots[slot]);
         }
     }
 
-    void condition(const xmlNode* e, AlarmCondition& c) {
+    void condition(XmlStream& s, AlarmCondition& c) {
         c.set = true;
-        c.enable_var = ReadAttrText(e, "enable_var");
-        c.value_var = ReadAttrText(e, "value_var");
-        c.info = ReadAttrText(e, "info");
-        c.restore_info = ReadAttrText(e, "restore_info");
+        c.enable_var = s.attr("enable_var");
+        c.value_var = s.attr("value_var");
+        c.info = s.attr("info");
+        c.restore_info = s.attr("restore_info");
     }
 
     AlarmSection& section_;
@@ -106,12 +107,12 @@ private:
 } // namespace
 
 bool AlarmSection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "alarm", &ctx.error))
-        return false;
-    AlarmReader(*this, ctx).alarm(doc.root());
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "alarm", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            AlarmReader(*this, c).alarm(s);
+            return true;
+        });
 }
 
 // ---------------------------------------------------------------------------

@@ -2,7 +2,7 @@
 // than "rtdb" and "rtdb_data", is dropped; the other values are taken as they
 // stand (empty when missing, no defaults).
 
-#include "core/Xml.h"
+#include "core/SectionRead.h"
 #include "sections/datalog/DataLogSection.h"
 
 namespace rq {
@@ -10,33 +10,33 @@ namespace rq {
 namespace {
 
 // <data dbname dataname/> of a log of chosen variables.
-DataRef readData(const xmlNode* node) {
-    return {ReadAttrText(node, "dbname"), ReadAttrText(node, "dataname")};
+DataRef readData(const XmlStream& s) {
+    return {s.attr("dbname"), s.attr("dataname")};
 }
 
-// False when the element is to be dropped.
-bool readLog(const xmlNode* node, DataLog& log) {
-    log.name = ReadAttrText(node, "name");
+// False when the element is to be dropped; the stream then still stands at it.
+bool readLog(XmlStream& s, DataLog& log) {
+    log.name = s.attr("name");
     if (log.name.empty())
         return false;
-    const std::string source = ReadAttrText(node, "source");
+    const std::string_view source = s.attrView("source");
     if (source == "rtdb")
         log.kind = DataLogKind::Database;
     else if (source == "rtdb_data")
         log.kind = DataLogKind::Variables;
     else
         return false; // empty or unknown
-    log.size = ReadAttrText(node, "size");
-    log.period = ReadAttrText(node, "period");
-    log.period_var = ReadAttrText(node, "period_var");
-    log.control_var = ReadAttrText(node, "control_var");
+    log.size = s.attr("size");
+    log.period = s.attr("period");
+    log.period_var = s.attr("period_var");
+    log.control_var = s.attr("control_var");
     if (log.kind == DataLogKind::Database) {
-        log.dbname = ReadAttrText(node, "dbname");
+        log.dbname = s.attr("dbname");
         return true;
     }
-    for (const xmlNode* n = node->children; n; n = n->next) {
-        if (isElement(n, "data"))
-            log.data.push_back(readData(n));
+    for (auto c = s.children(); c.next();) {
+        if (s.is("data"))
+            log.data.push_back(readData(s));
     }
     return true;
 }
@@ -44,24 +44,25 @@ bool readLog(const xmlNode* node, DataLog& log) {
 } // namespace
 
 bool DataLogSection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "datalog", &ctx.error))
-        return false;
-    for (const xmlNode* n = doc.root()->children; n; n = n->next) {
-        if (!isElement(n, "log"))
-            continue;
-        DataLog log;
-        if (readLog(n, log))
-            logs.push_back(std::move(log));
-        else if (log.name.empty())
-            ctx.drop("log", "no name; left out");
-        else
-            ctx.drop("log \"" + log.name + "\"",
-                     "source \"" + ReadAttrText(n, "source") +
-                         "\" is neither \"rtdb\" nor \"rtdb_data\"; left out");
-    }
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "datalog", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            for (auto n = s.children(); n.next();) {
+                if (!s.is("log"))
+                    continue;
+                DataLog log;
+                if (readLog(s, log))
+                    logs.push_back(std::move(log));
+                else if (log.name.empty())
+                    c.drop("log", "no name; left out");
+                else
+                    c.drop("log \"" + log.name + "\"",
+                           "source \"" + s.attr("source") +
+                               "\" is neither \"rtdb\" nor \"rtdb_data\"; "
+                               "left out");
+            }
+            return true;
+        });
 }
 
 } // namespace rq

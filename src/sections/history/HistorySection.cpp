@@ -1,5 +1,6 @@
 #include "sections/history/HistorySection.h"
 
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 
 #include <unordered_set>
@@ -24,34 +25,34 @@ public:
         : records_(records), ctx_(ctx) {}
 
     // The root, rqhistory or history.
-    void rqhistory(const xmlNode* root) {
-        for (const xmlNode* n = root->children; n; n = n->next) {
-            if (isElement(n, "historydb"))
-                historydb(n);
-            else if (isElement(n, "config"))
-                config(n);
-            else if (isElement(n, "logdata"))
-                logdata(n, olderRecord());
+    void rqhistory(XmlStream& s) {
+        for (auto c = s.children(); c.next();) {
+            if (s.is("historydb"))
+                historydb(s);
+            else if (s.is("config"))
+                config(s);
+            else if (s.is("logdata"))
+                logdata(s, olderRecord());
         }
     }
 
 private:
-    void historydb(const xmlNode* e) {
+    void historydb(XmlStream& s) {
         HistoryRecord r;
-        r.name = ReadAttrText(e, "name");
-        r.period = ReadAttrText(e, "period");
-        r.path = ReadAttrText(e, "path");
-        r.remaindays = ReadAttrText(e, "remaindays");
-        r.indexperiod = ReadAttrText(e, "indexperiod");
-        for (const xmlNode* n = e->children; n; n = n->next)
-            if (isElement(n, "logdata"))
-                logdata(n, r);
+        r.name = s.attr("name");
+        r.period = s.attr("period");
+        r.path = s.attr("path");
+        r.remaindays = s.attr("remaindays");
+        r.indexperiod = s.attr("indexperiod");
+        for (auto c = s.children(); c.next();)
+            if (s.is("logdata"))
+                logdata(s, r);
         records_.push_back(std::move(r));
     }
 
     // Older layout: the settings of its one record. Attributes it lacks keep the
     // values of a new record; a later config overrides what it gives.
-    void config(const xmlNode* e) {
+    void config(XmlStream& s) {
         HistoryRecord& r = olderRecord();
         const std::pair<const char*, std::string*> fields[] = {
             {"name", &r.name},
@@ -61,37 +62,37 @@ private:
             {"indexperiod", &r.indexperiod},
         };
         for (const auto& [attrName, field] : fields)
-            if (HasAttr(e, attrName))
-                *field = ReadAttrText(e, attrName);
+            if (s.hasAttr(attrName))
+                *field = s.attr(attrName);
     }
 
-    void logdata(const xmlNode* e, HistoryRecord& r) {
-        for (const xmlNode* n = e->children; n; n = n->next)
-            if (isElement(n, "data"))
-                data(n, r);
+    void logdata(XmlStream& s, HistoryRecord& r) {
+        for (auto c = s.children(); c.next();)
+            if (s.is("data"))
+                data(s, r);
     }
 
-    void data(const xmlNode* e, HistoryRecord& r) {
+    void data(XmlStream& s, HistoryRecord& r) {
         HistoryData d;
-        d.dbname = ReadAttrText(e, "dbname");
+        d.dbname = s.attr("dbname");
         if (d.dbname.empty()) {
             drop(r, "no database name; left out");
             return;
         }
-        d.dataname = ReadAttrText(e, "dataname");
+        d.dataname = s.attr("dataname");
         if (d.dataname.empty()) {
             drop(r, "no data name; left out");
             return;
         }
-        d.type = ReadAttrText(e, "type");
+        d.type = s.attr("type");
         if (d.type == "period")
-            d.periodvalue = ReadAttrText(e, "periodvalue");
+            d.periodvalue = s.attr("periodvalue");
         else if (d.type == "change")
-            d.changevalue = ReadAttrText(e, "changevalue");
+            d.changevalue = s.attr("changevalue");
         else if (d.type == "vartrigger")
-            d.trigvarname = ReadAttrText(e, "trigvarname");
-        d.queryvarname = ReadAttrText(e, "queryvarname");
-        d.description = ReadAttrText(e, "description");
+            d.trigvarname = s.attr("trigvarname");
+        d.queryvarname = s.attr("queryvarname");
+        d.description = s.attr("description");
         r.data.push_back(std::move(d));
     }
 
@@ -119,17 +120,17 @@ private:
 } // namespace
 
 bool HistorySection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "", &ctx.error))
-        return false;
-    const char* rootName = reinterpret_cast<const char*>(doc.root()->name);
-    if (!isElement(doc.root(), "rqhistory") && !isElement(doc.root(), "history")) {
-        ctx.error = std::string("the root element is ") + rootName + ", not rqhistory or history";
-        return false;
-    }
-    HistoryReader(records_, &ctx).rqhistory(doc.root());
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            if (!s.is("rqhistory") && !s.is("history")) {
+                c.error =
+                    "the root element is " + std::string(s.name()) + ", not rqhistory or history";
+                return false;
+            }
+            HistoryReader(records_, &c).rqhistory(s);
+            return true;
+        });
 }
 
 // ---------------------------------------------------------------------------

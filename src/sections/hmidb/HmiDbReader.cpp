@@ -1,6 +1,6 @@
-// Reading hmidb.xml. Attribute values are taken exactly as libxml2 gives them,
-// without the code-page step of the other readers.
+// Reading hmidb.xml. Attribute values are taken exactly as the parser gives them.
 
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 #include "sections/hmidb/HmiDbSection.h"
 
@@ -9,43 +9,43 @@ namespace rq {
 namespace {
 
 // <data name dbname dataname period/> under "io"; a missing period reads as 0.
-HmiIoItem readIoData(const xmlNode* node) {
+HmiIoItem readIoData(const XmlStream& s) {
     HmiIoItem item;
-    item.name = ReadAttrRaw(node, "name");
-    item.dbname = ReadAttrRaw(node, "dbname");
-    item.dataname = ReadAttrRaw(node, "dataname");
-    item.period = parseDecimal(ReadAttrRaw(node, "period"));
+    item.name = s.attr("name");
+    item.dbname = s.attr("dbname");
+    item.dataname = s.attr("dataname");
+    item.period = parseDecimal(s.attrView("period"));
     return item;
 }
 
 // <data name type length init/> under "memory".
-HmiMemoryItem readMemoryData(const xmlNode* node) {
+HmiMemoryItem readMemoryData(const XmlStream& s) {
     HmiMemoryItem item;
-    item.name = ReadAttrRaw(node, "name");
-    item.type = ReadAttrRaw(node, "type");
-    item.length = ReadAttrRaw(node, "length");
-    item.init = ReadAttrRaw(node, "init");
+    item.name = s.attr("name");
+    item.type = s.attr("type");
+    item.length = s.attr("length");
+    item.init = s.attr("init");
     return item;
 }
 
-HmiIoItem readData(const xmlNode* node, HmiIoGroup*) {
-    return readIoData(node);
+HmiIoItem readData(const XmlStream& s, HmiIoGroup*) {
+    return readIoData(s);
 }
-HmiMemoryItem readData(const xmlNode* node, HmiMemoryGroup*) {
-    return readMemoryData(node);
+HmiMemoryItem readData(const XmlStream& s, HmiMemoryGroup*) {
+    return readMemoryData(s);
 }
 
 // The content of a <datagroup>, in document order: nested groups and data items.
 // Every other element is skipped here.
-template <class Item> void readDatagroup(const xmlNode* group, HmiDataGroup<Item>& into) {
-    for (const xmlNode* n = group->children; n; n = n->next) {
-        if (isElement(n, "datagroup")) {
+template <class Item> void readDatagroup(XmlStream& s, HmiDataGroup<Item>& into) {
+    for (auto c = s.children(); c.next();) {
+        if (s.is("datagroup")) {
             HmiDataGroup<Item> sub;
-            sub.name = ReadAttrRaw(n, "name");
-            readDatagroup(n, sub);
+            sub.name = s.attr("name");
+            readDatagroup(s, sub);
             into.groups.push_back(std::move(sub));
-        } else if (isElement(n, "data")) {
-            into.items.push_back(readData(n, &into));
+        } else if (s.is("data")) {
+            into.items.push_back(readData(s, &into));
         }
     }
 }
@@ -53,26 +53,26 @@ template <class Item> void readDatagroup(const xmlNode* group, HmiDataGroup<Item
 } // namespace
 
 bool HmiDbSection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "hmidb", &ctx.error))
-        return false;
-    // Top level: only the groups "io" and "memory" (each may appear more than once
-    // and adds to its fixed group); the root's own attributes are constants.
-    for (const xmlNode* n = doc.root()->children; n; n = n->next) {
-        if (!isElement(n, "datagroup"))
-            continue;
-        const std::string name = ReadAttrRaw(n, "name");
-        if (name == kIoGroupName)
-            readDatagroup(n, io);
-        else if (name == kMemoryGroupName)
-            readDatagroup(n, memory);
-        else
-            ctx.drop("datagroup \"" + name + "\"",
-                     "only the groups \"io\" and \"memory\" are read at the top; left out with "
-                     "its content");
-    }
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "hmidb", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            // Top level: only the groups "io" and "memory" (each may appear more than
+            // once and adds to its fixed group); the root's own attributes are constants.
+            for (auto n = s.children(); n.next();) {
+                if (!s.is("datagroup"))
+                    continue;
+                const std::string name = s.attr("name");
+                if (name == kIoGroupName)
+                    readDatagroup(s, io);
+                else if (name == kMemoryGroupName)
+                    readDatagroup(s, memory);
+                else
+                    c.drop("datagroup \"" + name + "\"",
+                           "only the groups \"io\" and \"memory\" are read at the top; left out "
+                           "with its content");
+            }
+            return true;
+        });
 }
 
 } // namespace rq

@@ -80,6 +80,12 @@ TEST(AlarmModel, NewProjectAndGroupDuplicateTest) {
 }
 
 TEST(AlarmReader, BadInputFailsCleanlyCodePageAndLongValues) {
+    rqtest::expectLateOutcomesHeldBack<AlarmSection>(
+        "<alarm>",
+        "<alarmgroup name=\"g\"/><alarmgroup name=\"g\"/><alarmgroup name=\"h\"><data dbname=\"d\" "
+        "dataname=\"x\"><Low/><Low info=\"2\"/></data></alarmgroup>",
+        "</alarm>");
+
     for (const std::string bytes : {"<alarm><alarmgroup name=\"a\" ></alarm>", "<Alarm/>", "",
                                     "<alarm><alarmgroup name=\"a<b\" /></alarm>"}) {
         AlarmSection s;

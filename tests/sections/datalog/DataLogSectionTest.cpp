@@ -20,7 +20,7 @@ constexpr auto kSome = DataLogKind::Variables;
 
 TEST(DataLogFile, GoldenFiles) {
     const auto cases = rqtest::caseNames("datalog");
-    EXPECT_EQ(cases.size(), 3u);
+    EXPECT_EQ(cases.size(), 4u);
     for (const auto& c : cases) {
         SCOPED_TRACE(c);
         rqtest::expectGolden<DataLogSection>("datalog", c);
@@ -51,6 +51,12 @@ TEST(DataLogFile, KindDecidesTheLayout) {
 }
 
 TEST(DataLogFile, BadFilesFailCleanly) {
+    rqtest::expectLateOutcomesHeldBack<DataLogSection>(
+        "<datalog>",
+        "<log/><log name=\"a\" source=\"x\"/><log name=\"b\" source=\"rtdb_data\"><data "
+        "dbname=\"d\"/></log>",
+        "</datalog>");
+
     DataLogSection filled;
     filled.logs.push_back(makeLog(kAll, "old", "db"));
     rqtest::expectBadFilesFail(filled, "<datalogs/>", "<DataLog/>",

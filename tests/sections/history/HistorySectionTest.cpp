@@ -60,6 +60,12 @@ TEST(HistoryModel, NewRecordDefaultsKindNamesAndCounts) {
 }
 
 TEST(HistoryReader, BadInputCodePageAndLongValues) {
+    rqtest::expectLateOutcomesHeldBack<HistorySection>(
+        "<history>",
+        "<historydb name=\"h\"><logdata><data dataname=\"x\"/><data "
+        "dbname=\"d\"/></logdata></historydb><config name=\"c\"/>",
+        "</history>");
+
     for (const std::string bytes :
          {"<rqhistory><historydb name=\"a\"></rqhistory>", "<RQHISTORY></RQHISTORY>", "<alarm/>",
           "<?xml version=\"1.0\" ?>", "<rqhistory><historydb name=\"a&b\"/></rqhistory>"}) {

@@ -9,7 +9,7 @@ namespace {
 
 TEST(HmiDbFile, GoldenFiles) {
     const auto cases = rqtest::caseNames("hmidb");
-    EXPECT_EQ(cases.size(), 5u);
+    EXPECT_EQ(cases.size(), 6u);
     for (const auto& c : cases) {
         SCOPED_TRACE(c);
         // "entities": a value read from "&amp;" is written back as a raw "&".
@@ -51,6 +51,11 @@ TEST(HmiDbFile, ReadsBackWhatSaveWroteInTheDeviceCodePage) {
 }
 
 TEST(HmiDbFile, BadFilesFailCleanly) {
+    rqtest::expectLateOutcomesHeldBack<HmiDbSection>(
+        "<hmidb>",
+        "<datagroup name=\"other\"/><datagroup name=\"io\"><data name=\"a\"/></datagroup>",
+        "</hmidb>");
+
     HmiDbSection filled;
     filled.io.items.push_back({"old", "db", "d", 1});
     rqtest::expectBadFilesFail(filled, "<hmidbs/>", "<HMIDB/>",
