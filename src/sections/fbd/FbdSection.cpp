@@ -1,5 +1,6 @@
 #include "sections/fbd/FbdSection.h"
 
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 #include "sections/fbd/FbdClassCatalog.h"
 
@@ -15,18 +16,18 @@ class FbdReader {
 public:
     FbdReader(std::vector<FbdItem>& blocks, ReadContext& ctx) : blocks_(blocks), ctx_(ctx) {}
 
-    void fblocks(const xmlNode* root) {
-        for (const xmlNode* n = root->children; n; n = n->next) {
-            if (isElement(n, "fbd"))
-                fbd(n);
+    void fblocks(XmlStream& s) {
+        for (auto c = s.children(); c.next();) {
+            if (s.is("fbd"))
+                fbd(s);
         }
     }
 
 private:
-    void fbd(const xmlNode* element) {
+    void fbd(XmlStream& s) {
         FbdItem item;
-        item.name = ReadAttrText(element, "name");
-        item.blockname = ReadAttrText(element, "blockname");
+        item.name = s.attr("name");
+        item.blockname = s.attr("blockname");
         if (names_.contains(item.name)) {
             ctx_.sink.showMessage(FbdSection::kDuplicateMessage, MessageIcon::Stop);
             ctx_.drop("fbd \"" + item.name + "\"",
@@ -36,9 +37,9 @@ private:
         const FbdBlockClass* cls = FbdClassCatalog::findByKeyword(item.blockname);
         bool seenEnable = false;
         bool seenType = false;
-        for (const xmlNode* n = element->children; n; n = n->next) {
-            if (isElement(n, "param"))
-                param(n, cls, item, seenEnable, seenType);
+        for (auto c = s.children(); c.next();) {
+            if (s.is("param"))
+                param(s, cls, item, seenEnable, seenType);
         }
         names_.insert(item.name);
         blocks_.push_back(std::move(item));
@@ -49,12 +50,12 @@ private:
     // member kind. Any other "EN" or "TYPE" line (a second one, a "TYPE" without
     // keyword, or "TYPE" on a class without member kinds or of an unknown keyword)
     // stays a binding in its place, so that saving the block again writes it again.
-    void param(const xmlNode* element, const FbdBlockClass* cls, FbdItem& item, bool& seenEnable,
+    void param(const XmlStream& s, const FbdBlockClass* cls, FbdItem& item, bool& seenEnable,
                bool& seenType) {
         FbdParam p;
-        p.dbname = ReadAttrText(element, "dbname");
-        p.varname = ReadAttrText(element, "varname");
-        p.name = ReadAttrText(element, "name");
+        p.dbname = s.attr("dbname");
+        p.varname = s.attr("varname");
+        p.name = s.attr("name");
         if (p.name.empty()) {
             ctx_.drop("param of fbd \"" + item.name + "\"", "no name; left out");
             return;
@@ -126,12 +127,12 @@ std::string quoted(std::string_view text) {
 } // namespace
 
 bool FbdSection::read(const std::string& path, ReadContext& ctx) {
-    blocks_.clear();
-    XmlDocument doc;
-    if (!doc.load(path, "fblocks", &ctx.error))
-        return false;
-    FbdReader(blocks_, ctx).fblocks(doc.root());
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "fblocks", ctx, [this] { blocks_.clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            FbdReader(blocks_, c).fblocks(s);
+            return true;
+        });
 }
 
 void FbdSection::write(std::string& out) const {

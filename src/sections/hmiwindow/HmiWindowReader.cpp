@@ -1,5 +1,6 @@
 // Reading hmiwindow.xml: no attribute is required and names are not checked here.
 
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 #include "sections/hmiwindow/HmiWindowSection.h"
 
@@ -7,13 +8,13 @@ namespace rq {
 
 namespace {
 
-HmiWindow readWindow(const xmlNode* node) {
+HmiWindow readWindow(const XmlStream& s) {
     HmiWindow w;
-    w.name = ReadAttrText(node, "name");
-    w.caption = ReadAttrText(node, "caption");
-    w.filename = ReadAttrText(node, "filename");
-    w.displayOnStartup = parseDecimal(ReadAttrText(node, "display_on_startup")) != 0 ? 1 : 0;
-    w.enable = ReadAttrText(node, "enable");
+    w.name = s.attr("name");
+    w.caption = s.attr("caption");
+    w.filename = s.attr("filename");
+    w.displayOnStartup = parseDecimal(s.attrView("display_on_startup")) != 0 ? 1 : 0;
+    w.enable = s.attr("enable");
     if (w.enable.empty())
         w.enable = "1";
     return w;
@@ -22,15 +23,15 @@ HmiWindow readWindow(const xmlNode* node) {
 } // namespace
 
 bool HmiWindowSection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "hmiwindow", &ctx.error))
-        return false;
-    for (const xmlNode* n = doc.root()->children; n; n = n->next) {
-        if (isElement(n, "window"))
-            windows.push_back(readWindow(n));
-    }
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "hmiwindow", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext&) {
+            for (auto n = s.children(); n.next();) {
+                if (s.is("window"))
+                    windows.push_back(readWindow(s));
+            }
+            return true;
+        });
 }
 
 } // namespace rq

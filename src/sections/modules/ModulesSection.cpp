@@ -1,5 +1,6 @@
 #include "sections/modules/ModulesSection.h"
 
+#include "core/SectionRead.h"
 #include "core/Xml.h"
 
 namespace rq {
@@ -15,32 +16,32 @@ void appendEscaped(std::string& out, std::string_view value) {
         out += EscapeXmlAttr(value);
 }
 
-void module(const xmlNode* e, std::vector<UserModule>& modules, ReadContext& ctx) {
+void module(const XmlStream& s, std::vector<UserModule>& modules, ReadContext& ctx) {
     UserModule m;
-    m.name = ReadAttrText(e, "name");
+    m.name = s.attr("name");
     if (m.name.empty()) {
         ctx.drop("module", "no name; left out");
         return;
     }
-    m.defines = ReadAttrText(e, "defines");
-    m.srcfiles = ReadAttrText(e, "srcfiles");
-    m.params = ReadAttrText(e, "params");
-    m.enable = ReadAttrText(e, "enable") == "1";
+    m.defines = s.attr("defines");
+    m.srcfiles = s.attr("srcfiles");
+    m.params = s.attr("params");
+    m.enable = s.attrView("enable") == "1";
     modules.push_back(std::move(m));
 }
 
 } // namespace
 
 bool ModulesSection::read(const std::string& path, ReadContext& ctx) {
-    modules_.clear();
-    XmlDocument doc;
-    if (!doc.load(path, "modules", &ctx.error))
-        return false;
-    for (const xmlNode* n = doc.root()->children; n; n = n->next) {
-        if (isElement(n, "module"))
-            module(n, modules_, ctx);
-    }
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "modules", ctx, [this] { modules_.clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            for (auto n = s.children(); n.next();) {
+                if (s.is("module"))
+                    module(s, modules_, c);
+            }
+            return true;
+        });
 }
 
 void ModulesSection::write(std::string& out) const {

@@ -1,7 +1,7 @@
 // Reading param.xml. A <data> without a database name or data name is dropped;
 // records are kept in file order, pairs that repeat included.
 
-#include "core/Xml.h"
+#include "core/SectionRead.h"
 #include "sections/param/ParamSection.h"
 
 namespace rq {
@@ -9,35 +9,35 @@ namespace rq {
 namespace {
 
 // False when the element lacks a required attribute.
-bool readData(const xmlNode* node, ParamItem& item) {
-    item.dbname = ReadAttrText(node, "dbname");
+bool readData(const XmlStream& s, ParamItem& item) {
+    item.dbname = s.attr("dbname");
     if (item.dbname.empty())
         return false;
-    item.dataname = ReadAttrText(node, "dataname");
+    item.dataname = s.attr("dataname");
     if (item.dataname.empty())
         return false;
-    item.value = ReadAttrText(node, "value");
+    item.value = s.attr("value");
     return true;
 }
 
 } // namespace
 
 bool ParamSection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "params", &ctx.error))
-        return false;
-    for (const xmlNode* n = doc.root()->children; n; n = n->next) {
-        if (!isElement(n, "data"))
-            continue;
-        ParamItem item;
-        if (readData(n, item))
-            items.push_back(std::move(item));
-        else
-            ctx.drop("data",
-                     item.dbname.empty() ? "no database name; left out" : "no data name; left out");
-    }
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "params", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            for (auto n = s.children(); n.next();) {
+                if (!s.is("data"))
+                    continue;
+                ParamItem item;
+                if (readData(s, item))
+                    items.push_back(std::move(item));
+                else
+                    c.drop("data", item.dbname.empty() ? "no database name; left out"
+                                                       : "no data name; left out");
+            }
+            return true;
+        });
 }
 
 } // namespace rq

@@ -1,6 +1,6 @@
 #include "sections/printer/PrinterSection.h"
 
-#include "core/Xml.h"
+#include "core/SectionRead.h"
 
 namespace rq {
 
@@ -21,27 +21,31 @@ constexpr Field kFields[] = {
     {"scaling", &PrinterConfig::scaling},
 };
 
-void readConfig(const xmlNode* e, PrinterConfig& c) {
+void readConfig(const XmlStream& s, PrinterConfig& c) {
     for (const Field& f : kFields)
-        c.*f.member = ReadAttrText(e, f.attribute);
+        c.*f.member = s.attr(f.attribute);
 }
 
 } // namespace
 
+// A file without a config keeps the configuration the section held, and so does a
+// file that cannot be read.
 bool PrinterSection::read(const std::string& path, ReadContext& ctx) {
-    XmlDocument doc;
-    if (!doc.load(path, "printer", &ctx.error))
-        return false;
-    bool seen = false;
-    for (const xmlNode* n = doc.root()->children; n; n = n->next) {
-        if (!isElement(n, "config"))
-            continue;
-        if (seen)
-            ctx.drop("config", "a second configuration; the last one is kept");
-        readConfig(n, config_);
-        seen = true;
-    }
-    return true;
+    const PrinterConfig before = config_;
+    return readSectionXml(
+        XmlInput::file(path), "printer", ctx, [&] { config_ = before; },
+        [this](XmlStream& s, ReadContext& c) {
+            bool seen = false;
+            for (auto n = s.children(); n.next();) {
+                if (!s.is("config"))
+                    continue;
+                if (seen)
+                    c.drop("config", "a second configuration; the last one is kept");
+                readConfig(s, config_);
+                seen = true;
+            }
+            return true;
+        });
 }
 
 void PrinterSection::write(std::string& out) const {

@@ -1,6 +1,6 @@
 #include "sections/redundancy/RedundancySection.h"
 
-#include "core/Xml.h"
+#include "core/SectionRead.h"
 
 namespace rq {
 
@@ -15,48 +15,48 @@ class RedundancyReader {
 public:
     RedundancyReader(RedundancyConfig& c, ReadContext& ctx) : c_(c), ctx_(ctx) {}
 
-    void redundancy(const xmlNode* root) {
-        for (const xmlNode* n = root->children; n; n = n->next) {
-            if (isElement(n, "config"))
-                config(n);
-            else if (isElement(n, "datalink"))
-                datalink(n);
+    void redundancy(XmlStream& s) {
+        for (auto c = s.children(); c.next();) {
+            if (s.is("config"))
+                config(s);
+            else if (s.is("datalink"))
+                datalink(s);
         }
     }
 
 private:
-    void config(const xmlNode* e) {
-        c_.type = ReadAttrText(e, "type");
-        c_.period = ReadAttrText(e, "period");
-        c_.clockSyncCount = ReadAttrText(e, "clock_sync_count");
+    void config(const XmlStream& s) {
+        c_.type = s.attr("type");
+        c_.period = s.attr("period");
+        c_.clockSyncCount = s.attr("clock_sync_count");
     }
 
     // Only a TCP link is known; any other type leaves the link settings alone.
-    void datalink(const xmlNode* e) {
-        const std::string type = ReadAttrText(e, "type");
+    void datalink(XmlStream& s) {
+        const std::string type = s.attr("type");
         if (type != "tcp") {
             ctx_.drop("datalink", "type \"" + type + "\" is not \"tcp\"; left out");
             return;
         }
-        c_.timeout = ReadAttrText(e, "timeout");
-        for (const xmlNode* n = e->children; n; n = n->next) {
-            if (isElement(n, "master"))
-                master(n);
-            else if (isElement(n, "slave"))
-                slave(n);
-            else if (isElement(n, "link"))
-                link(n);
+        c_.timeout = s.attr("timeout");
+        for (auto c = s.children(); c.next();) {
+            if (s.is("master"))
+                master(s);
+            else if (s.is("slave"))
+                slave(s);
+            else if (s.is("link"))
+                link(s);
         }
     }
 
-    void master(const xmlNode* e) { c_.masterPort = ReadAttrText(e, "port"); }
-    void slave(const xmlNode* e) { c_.slavePort = ReadAttrText(e, "port"); }
+    void master(const XmlStream& s) { c_.masterPort = s.attr("port"); }
+    void slave(const XmlStream& s) { c_.slavePort = s.attr("port"); }
 
     // A pair with an empty side does not use up a slot; pairs past the fourth are
     // dropped.
-    void link(const xmlNode* e) {
-        std::string masterIp = ReadAttrText(e, "master_ip");
-        std::string slaveIp = ReadAttrText(e, "slave_ip");
+    void link(const XmlStream& s) {
+        std::string masterIp = s.attr("master_ip");
+        std::string slaveIp = s.attr("slave_ip");
         const std::string where = "link \"" + masterIp + "\" - \"" + slaveIp + "\"";
         if (pairs_ >= RedundancyConfig::kLinkPairs) {
             ctx_.drop(where, "more than four link pairs; left out");
@@ -96,12 +96,12 @@ int RedundancyRoles::indexOf(std::string_view keyword) {
 }
 
 bool RedundancySection::read(const std::string& path, ReadContext& ctx) {
-    clear();
-    XmlDocument doc;
-    if (!doc.load(path, "redundancy", &ctx.error))
-        return false;
-    RedundancyReader(config_, ctx).redundancy(doc.root());
-    return true;
+    return readSectionXml(
+        XmlInput::file(path), "redundancy", ctx, [this] { clear(); },
+        [this](XmlStream& s, ReadContext& c) {
+            RedundancyReader(config_, c).redundancy(s);
+            return true;
+        });
 }
 
 void RedundancySection::write(std::string& out) const {

@@ -201,6 +201,10 @@ TEST(FbdSection, AddRefusesADuplicateWithTheMessage) {
 }
 
 TEST(FbdReader, BadInputFailsCleanly) {
+    rqtest::expectLateOutcomesHeldBack<FbdSection>(
+        "<fblocks>", "<fbd name=\"a\" blockname=\"logic\"><param/></fbd><fbd name=\"a\"/>",
+        "</fblocks>");
+
     FbdSection filled;
     filled.blocks().push_back({"old", "diff", {}, "", {}});
     rqtest::expectBadFilesFail(

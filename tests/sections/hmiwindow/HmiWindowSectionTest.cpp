@@ -8,7 +8,7 @@ namespace {
 
 TEST(HmiWindowFile, GoldenFiles) {
     const auto cases = rqtest::caseNames("hmiwindow");
-    EXPECT_EQ(cases.size(), 3u);
+    EXPECT_EQ(cases.size(), 4u);
     for (const auto& c : cases) {
         SCOPED_TRACE(c);
         rqtest::expectGolden<HmiWindowSection>("hmiwindow", c);
@@ -29,6 +29,9 @@ TEST(HmiWindowFile, AnyNonZeroStartupFlagIsWrittenAsOne) {
 }
 
 TEST(HmiWindowFile, BadFilesFailCleanly) {
+    rqtest::expectLateOutcomesHeldBack<HmiWindowSection>(
+        "<hmiwindow>", "<window name=\"a\"/><window/>", "</hmiwindow>");
+
     HmiWindowSection filled;
     filled.windows.push_back({"old", "", "old.xml", 0, "1"});
     rqtest::expectBadFilesFail(filled, "<windows/>", "<HmiWindow/>",

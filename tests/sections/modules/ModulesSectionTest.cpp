@@ -60,6 +60,9 @@ TEST(ModulesSection, OnlyExactlyOneEnables) {
 }
 
 TEST(ModulesSection, BadFilesFail) {
+    rqtest::expectLateOutcomesHeldBack<ModulesSection>("<modules>", "<module/><module name=\"m\"/>",
+                                                       "</modules>");
+
     ModulesSection filled;
     filled.modules().push_back({"old", "", "", "", true});
     rqtest::expectBadFilesFail(filled, "<module/>", "<Modules>\r\n</Modules>\r\n",

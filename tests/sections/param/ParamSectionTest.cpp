@@ -8,7 +8,7 @@ namespace {
 
 TEST(ParamFile, GoldenFiles) {
     const auto cases = rqtest::caseNames("param");
-    EXPECT_EQ(cases.size(), 4u);
+    EXPECT_EQ(cases.size(), 5u);
     for (const auto& c : cases) {
         SCOPED_TRACE(c);
         // "drops" ends with a value read from entities and written back raw.
@@ -38,6 +38,9 @@ TEST(ParamFile, LongValuesAreWholeOrFailTheRead) {
 }
 
 TEST(ParamFile, BadFilesFailCleanly) {
+    rqtest::expectLateOutcomesHeldBack<ParamSection>(
+        "<params>", "<data/><data dbname=\"d\"/><data dbname=\"d\" dataname=\"x\"/>", "</params>");
+
     ParamSection filled;
     filled.items.push_back({"old", "d", "1"});
     rqtest::expectBadFilesFail(filled, "<param/>", "<Params/>",

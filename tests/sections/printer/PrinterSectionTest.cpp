@@ -21,7 +21,7 @@ bool readText(PrinterSection& s, const std::string& bytes, std::string* error = 
 } // namespace
 
 TEST(PrinterSection, GoldenCasesAndTheNewProjectDefaults) {
-    for (const char* c : {"custom", "defaults", "reader_drops"}) {
+    for (const char* c : {"custom", "defaults", "reader_drops", "odd_nodes"}) {
         SCOPED_TRACE(c);
         rqtest::expectGolden<PrinterSection>("printer", c);
     }
@@ -32,6 +32,9 @@ TEST(PrinterSection, GoldenCasesAndTheNewProjectDefaults) {
 }
 
 TEST(PrinterSection, KeepsItsValuesWhenTheFileFailsOrHasNoConfig) {
+    rqtest::expectLateOutcomesHeldBack<PrinterSection>(
+        "<printer>", "<config paper=\"A4\"/><config paper=\"B5\"/>", "</printer>");
+
     const PrinterConfig before{"keep", "me", "as", "I", "am", "!"};
     const std::pair<std::string, bool> rows[] = {
         {"<printer><other printer_name=\"x\"/></printer>", true},

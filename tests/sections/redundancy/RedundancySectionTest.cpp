@@ -79,6 +79,12 @@ TEST(RedundancyReader, GoldenCasesResetAndCounts) {
 }
 
 TEST(RedundancyReader, BadFilesFailAndLongValuesAndCodePage) {
+    rqtest::expectLateOutcomesHeldBack<RedundancySection>(
+        "<redundancy>",
+        "<datalink type=\"udp\"/><config type=\"master\"/><datalink type=\"tcp\"><link "
+        "master_ip=\"a\"/></datalink>",
+        "</redundancy>");
+
     RedundancySection filled, back;
     filled.config().type = "client";
     rqtest::expectBadFilesFail(filled, "<config/>", "<Redundancy>\r\n</Redundancy>\r\n",
