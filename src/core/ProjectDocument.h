@@ -39,7 +39,10 @@ public:
     ProjectModel& model() { return model_; }
     const ProjectModel& model() const { return model_; }
     const Catalogs& catalogs() const { return catalogs_; }
-    MessageSink& sink() { return sink_; }
+    MessageSink& sink() { return *sink_; }
+    // Where messages go from now on (a project opened before its window existed
+    // is handed to the window's sink).
+    void setSink(MessageSink& sink) { sink_ = &sink; }
     // Index 1..12.
     ConfigSection& section(int index) const { return *sections_.at(index - 1); }
 
@@ -53,6 +56,10 @@ public:
 
     // Opens the project in `dir`: the thirteen files in order, the first four
     // required. False with "FILE: reason" in *error; the document is then cleared.
+    // Big files are read side by side on several threads; their messages still
+    // reach the sink, and their dropped records the list, in file order, as a
+    // one-by-one open gives them, and the first required file in file order that
+    // cannot be read decides the error.
     // An optional file that is missing leaves its section empty; one that exists but
     // cannot be read (not a regular file, no permission, empty, cut short, wrong
     // root, bytes in no known code page...) leaves its section empty too, and is
@@ -63,6 +70,11 @@ public:
     // the other three required files are there as readable files. False with
     // "FILE: reason" in *error; the open project is not touched.
     bool canOpen(const std::string& dir, std::string* error) const;
+
+    // How many threads open() reads with: 0 (the default) decides by the files'
+    // sizes and the machine's cores; 1 reads one file after the other; more forces
+    // that many threads whatever the sizes (tests, benchmarks).
+    void setOpenThreads(unsigned threads) { openThreads_ = threads; }
 
     // "FILE: reason" for each optional file that could not be read at the open.
     const std::vector<std::string>& unreadableFiles() const { return unreadable_; }
@@ -106,7 +118,8 @@ public:
 
 private:
     const Catalogs& catalogs_;
-    MessageSink& sink_;
+    MessageSink* sink_;
+    unsigned openThreads_ = 0;
     void forgetFileStates();
 
     std::array<ConfigSection*, kSectionCount - 1> sections_;
@@ -118,7 +131,10 @@ private:
     std::array<bool, kSectionCount> edited_{};
     std::vector<std::string> unreadable_;
     std::vector<DroppedRecord> dropped_;
-    std::vector<DroppedRecord>* collectDropped_ = nullptr;
+
+    struct SectionRead;
+    void readSection(int index, const std::string& dir, SectionRead& into, MessageSink& sink);
+    unsigned threadsFor(const std::string& dir) const;
     UndoHistory history_;
     std::string savedProjectText_; // the project file as last saved or opened
 };

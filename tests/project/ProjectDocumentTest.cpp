@@ -338,3 +338,79 @@ TEST(ProjectDocument, HistoryFollowsTheSavedState) {
     p.doc.clear();
     EXPECT_FALSE(h.canUndo() || h.canRedo());
 }
+
+namespace {
+
+// What one open shows and keeps, read with the given number of threads.
+struct OpenOutcome {
+    bool ok;
+    std::string error;
+    std::vector<std::string> messages;
+    std::vector<std::string> dropped;
+    std::size_t databases;
+};
+
+OpenOutcome openWith(Fixture& f, const std::string& dir, unsigned threads) {
+    rqtest::RecordingSink sink;
+    Project p(f.catalogs, sink);
+    p.doc.setOpenThreads(threads);
+    OpenOutcome o;
+    o.ok = p.doc.open(dir, &o.error);
+    o.messages = sink.texts();
+    for (const DroppedRecord& d : p.doc.droppedRecords())
+        o.dropped.push_back(d.file + ": " + d.element);
+    o.databases = p.rtdb.databaseCount();
+    return o;
+}
+
+// A project whose biggest file, read first in file order, shows its message last:
+// the small files after it finish long before it on the other threads.
+void writeMessagesInSeveralFiles(const std::string& p) {
+    std::string rtdb = "<rtdbs><rtdb name=\"a\">";
+    for (int i = 0; i < 20000; ++i)
+        rtdb += "<data name=\"v" + std::to_string(i) + "\" type=\"float\" length=\"4\"/>";
+    writeFile(p + "rtdb.xml", rtdb + "</rtdb><rtdb name=\"a\"/></rtdbs>");
+    writeFile(p + "device.xml", "<devices><link name=\"l\" driver=\"tcpclient\"/><link name=\"l\" "
+                                "driver=\"tcpclient\"/></devices>");
+    writeFile(p + "alarm.xml", "<alarm><alarmgroup name=\"a\"/><alarmgroup name=\"a\"/></alarm>");
+    writeFile(p + "fbd.xml", "<fblocks><fbd name=\"f\"/><fbd name=\"f\"/></fblocks>");
+}
+
+} // namespace
+
+// Files read side by side give the messages, the dropped records and the error of
+// the one-by-one open, in file order.
+TEST(ProjectDocument, AnOpenOnSeveralThreadsKeepsTheFileOrder) {
+    Fixture f;
+    TempDir dir;
+    makeProject(f, dir, "p");
+    const std::string p = dir.file("p/");
+    writeMessagesInSeveralFiles(p);
+    const OpenOutcome one = openWith(f, dir.file("p"), 1);
+    ASSERT_TRUE(one.ok) << one.error;
+    ASSERT_EQ(one.messages.size(), 4u);
+    EXPECT_EQ(one.messages.front(), "The database already exist!");
+    EXPECT_EQ(one.messages.back(), "The Function block already exist!");
+    ASSERT_EQ(one.dropped.size(), 4u);
+    EXPECT_EQ(one.dropped.front().rfind("rtdb.xml: ", 0), 0u);
+    const OpenOutcome four = openWith(f, dir.file("p"), 4);
+    EXPECT_TRUE(four.ok);
+    EXPECT_EQ(four.messages, one.messages);
+    EXPECT_EQ(four.dropped, one.dropped);
+    EXPECT_EQ(four.databases, 1u);
+
+    // The first required file in file order that cannot be read decides, and
+    // nothing after it is shown; the document is left empty.
+    writeFile(p + "hmidb.xml", "<hmidb><datagroup");
+    writeFile(p + "hmiwindow.xml", "<wrong/>");
+    const OpenOutcome failedOne = openWith(f, dir.file("p"), 1);
+    const OpenOutcome failedFour = openWith(f, dir.file("p"), 4);
+    EXPECT_FALSE(failedOne.ok);
+    EXPECT_EQ(failedOne.error.find(p + "hmidb.xml: "), 0u) << failedOne.error;
+    EXPECT_EQ(failedOne.messages, std::vector<std::string>{"The database already exist!"});
+    EXPECT_FALSE(failedFour.ok);
+    EXPECT_EQ(failedFour.error, failedOne.error);
+    EXPECT_EQ(failedFour.messages, failedOne.messages);
+    EXPECT_TRUE(failedFour.dropped.empty());
+    EXPECT_EQ(failedFour.databases, 0u);
+}
