@@ -1,0 +1,31 @@
+#pragma once
+// Comma-separated values as RFC 4180 describes them, in UTF-8: fields separated
+// by ',', records ended by CRLF or LF; a field that holds ',', '"', CR or LF is
+// written between double quotes with each '"' doubled. Records are written with
+// CRLF. On input a leading UTF-8 byte order mark is skipped, blank lines are
+// skipped, and a missing line end after the last record is accepted.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace rq {
+
+using CsvRow = std::vector<std::string>;
+
+// One record of a file and the line it starts on (1 = the first line).
+struct CsvRecord {
+    std::size_t line = 0;
+    CsvRow fields;
+};
+
+// Parses `text`. False with "line N: reason" in *error for text that is not
+// UTF-8, a quote inside a field that does not start with one, text after a
+// closing quote, or a quoted field that never ends; *records then holds nothing.
+bool parseCsv(std::string_view text, std::vector<CsvRecord>* records, std::string* error);
+
+// Appends one record ended by CRLF.
+void appendCsvRecord(std::string& out, const CsvRow& fields);
+
+} // namespace rq

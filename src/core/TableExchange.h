@@ -1,0 +1,224 @@
+#pragma once
+// One section seen as a table of rows, for export to and import from a
+// spreadsheet. A section's table names its columns and the columns that identify
+// a row (its key); import checks each row with the same checks as the section's
+// dialogs and gathers the accepted changes into one step of the project's history.
+// The merge of a file with the section (src/exchange/) is the same for every
+// section; each section's table lives in its own folder (<Name>Csv.h).
+
+#include "core/Csv.h"
+#include "core/EditCommand.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace rq {
+
+class TableExchange {
+public:
+    static constexpr std::size_t kNewRow = static_cast<std::size_t>(-1);
+
+    virtual ~TableExchange() = default;
+    // The header texts, in file order.
+    virtual std::vector<std::string> columns() const = 0;
+    // The columns whose values identify a row.
+    virtual std::vector<std::size_t> keyColumns() const = 0;
+    // The section's rows in file order; the position of a row here is the
+    // `existing` number of take() and drop().
+    virtual std::vector<CsvRow> rows() = 0;
+    // A row of the file: new (existing == kNewRow) or standing for row `existing`
+    // (same key). Returns the message of the check that refuses it, as the dialog
+    // shows it; otherwise keeps the change for step(), or sets *unchanged when the
+    // record it gives is the one the section holds.
+    virtual std::optional<std::string> take(const CsvRow& row, std::size_t existing,
+                                            bool* unchanged) = 0;
+    // Row `existing` is to be removed.
+    virtual void drop(std::size_t existing) = 0;
+    // One step making every change taken and dropped (not yet made); null when
+    // there is none.
+    virtual std::unique_ptr<EditCommand> step(const std::string& name) = 0;
+};
+
+// A step that swaps whole item lists of a section with new ones: redo puts the new
+// lists in, undo the old ones back. Each list is found again by position when the
+// step runs, so that other steps may move its container in between.
+template <class List> class SwapItemLists : public EditCommand {
+public:
+    using Locate = std::function<List&()>;
+    SwapItemLists(std::string name, int section) : EditCommand(std::move(name), section) {}
+    void add(Locate locate, List other) {
+        lists_.emplace_back(std::move(locate), std::move(other));
+    }
+    bool empty() const { return lists_.empty(); }
+    void redo() override {
+        for (auto& [locate, other] : lists_)
+            std::swap(locate(), other);
+    }
+    void undo() override { redo(); }
+
+private:
+    std::vector<std::pair<Locate, List>> lists_;
+};
+
+// Several steps made as one.
+class CompositeStep : public EditCommand {
+public:
+    CompositeStep(std::string name, int section) : EditCommand(std::move(name), section) {}
+    void add(std::unique_ptr<EditCommand> step) {
+        if (step)
+            steps_.push_back(std::move(step));
+    }
+    bool empty() const { return steps_.empty(); }
+    void redo() override {
+        for (auto& s : steps_)
+            s->redo();
+    }
+    void undo() override {
+        for (auto it = steps_.rbegin(); it != steps_.rend(); ++it)
+            (*it)->undo();
+    }
+
+private:
+    std::vector<std::unique_ptr<EditCommand>> steps_;
+};
+
+// The table of a section whose rows are the items of ordered lists (the data of
+// each alarm group, of each device, ...). The columns that name the list
+// (`listColumns`) are part of the key: a row never moves to another list. A new
+// row is appended to the end of its list.
+template <class Item> class ListTableExchange : public TableExchange {
+public:
+    struct ItemList {
+        CsvRow where; // the values of the list columns
+        std::function<std::vector<Item>&()> locate;
+    };
+
+    std::vector<CsvRow> rows() override {
+        lists_ = itemLists();
+        places_.clear();
+        std::vector<CsvRow> out;
+        for (std::size_t l = 0; l < lists_.size(); ++l) {
+            const std::vector<Item>& items = lists_[l].locate();
+            for (std::size_t p = 0; p < items.size(); ++p) {
+                out.push_back(rowOf(l, items[p]));
+                places_.emplace_back(l, p);
+            }
+        }
+        changes_.assign(lists_.size(), {});
+        return out;
+    }
+
+    std::optional<std::string> take(const CsvRow& row, std::size_t existing,
+                                    bool* unchanged) override {
+        *unchanged = false;
+        std::size_t list;
+        Item item{};
+        if (existing != kNewRow) {
+            list = places_[existing].first;
+            item = lists_[list].locate()[places_[existing].second];
+        } else {
+            std::optional<std::size_t> found;
+            for (std::size_t l = 0; l < lists_.size() && !found; ++l)
+                if (whereOf(row) == lists_[l].where)
+                    found = l;
+            if (!found)
+                return missingList(row);
+            list = *found;
+        }
+        if (auto message = itemOf(row, list, item))
+            return message;
+        Changes& c = changes_[list];
+        if (existing != kNewRow) {
+            if (item == lists_[list].locate()[places_[existing].second]) {
+                *unchanged = true;
+                return std::nullopt;
+            }
+            c.replaced.emplace_back(places_[existing].second, std::move(item));
+            return std::nullopt;
+        }
+        if (auto message = duplicate(list, item, lists_[list].locate(), c.added))
+            return message;
+        c.added.push_back(std::move(item));
+        return std::nullopt;
+    }
+
+    void drop(std::size_t existing) override {
+        changes_[places_[existing].first].dropped.push_back(places_[existing].second);
+    }
+
+    std::unique_ptr<EditCommand> step(const std::string& name) override {
+        auto swap = std::make_unique<SwapItemLists<std::vector<Item>>>(name, sectionIndex());
+        for (std::size_t l = 0; l < lists_.size(); ++l) {
+            Changes& c = changes_[l];
+            if (c.replaced.empty() && c.dropped.empty() && c.added.empty())
+                continue;
+            std::vector<Item> items = lists_[l].locate();
+            for (auto& [pos, item] : c.replaced)
+                items[pos] = std::move(item);
+            std::vector<bool> gone(items.size(), false);
+            for (std::size_t pos : c.dropped)
+                gone[pos] = true;
+            std::size_t kept = 0;
+            for (std::size_t p = 0; p < items.size(); ++p)
+                if (!gone[p]) {
+                    if (kept != p)
+                        items[kept] = std::move(items[p]);
+                    ++kept;
+                }
+            items.resize(kept);
+            for (Item& item : c.added)
+                items.push_back(std::move(item));
+            swap->add(lists_[l].locate, std::move(items));
+            c = {};
+        }
+        if (swap->empty())
+            return nullptr;
+        return swap;
+    }
+
+protected:
+    // The section's index in the section table.
+    virtual int sectionIndex() const = 0;
+    // The section's lists in file order.
+    virtual std::vector<ItemList> itemLists() = 0;
+    // The positions of the list columns in a row.
+    virtual std::vector<std::size_t> listColumns() const = 0;
+    // The row of an item of list `list`.
+    virtual CsvRow rowOf(std::size_t list, const Item& item) const = 0;
+    // Stores a row into `item` (the record it stands for, or a new one) as the
+    // dialog stores its form; the dialog's message when the check of OK refuses it.
+    virtual std::optional<std::string> itemOf(const CsvRow& row, std::size_t list,
+                                              Item& item) const = 0;
+    // The duplicate test of the add command, over the list and the rows added before.
+    virtual std::optional<std::string> duplicate(std::size_t, const Item&, const std::vector<Item>&,
+                                                 const std::vector<Item>&) const {
+        return std::nullopt;
+    }
+    // The message for a new row whose list does not exist.
+    virtual std::string missingList(const CsvRow& row) const = 0;
+
+    const ItemList& itemList(std::size_t list) const { return lists_[list]; }
+
+private:
+    CsvRow whereOf(const CsvRow& row) const {
+        CsvRow where;
+        for (std::size_t c : listColumns())
+            where.push_back(row[c]);
+        return where;
+    }
+    struct Changes {
+        std::vector<std::pair<std::size_t, Item>> replaced;
+        std::vector<std::size_t> dropped;
+        std::vector<Item> added;
+    };
+    std::vector<ItemList> lists_;
+    std::vector<std::pair<std::size_t, std::size_t>> places_;
+    std::vector<Changes> changes_;
+};
+
+} // namespace rq

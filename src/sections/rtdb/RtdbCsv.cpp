@@ -1,0 +1,216 @@
+#include "sections/rtdb/RtdbCsv.h"
+
+#include "core/DataTypes.h"
+#include "sections/rtdb/RtdbEdits.h"
+#include "sections/rtdb/RtdbForms.h"
+
+#include <map>
+#include <set>
+
+namespace rq {
+
+namespace {
+
+enum Column { kDatabase, kGroupPath, kName, kType, kLength, kInit, kAlias, kDescription };
+
+// The item lists of some nodes swapped with new ones (see SwapItemLists).
+class SwapNodeItems : public EditCommand {
+public:
+    explicit SwapNodeItems(const std::string& name) : EditCommand(name, kRtdbSectionIndex) {}
+    void add(DataNode* node, std::vector<DataItem> items) {
+        lists_.emplace_back(node, std::move(items));
+    }
+    bool empty() const { return lists_.empty(); }
+    void redo() override {
+        for (auto& [node, other] : lists_) {
+            std::vector<DataItem> taken = node->takeItemsFrom(0);
+            node->appendItems(std::move(other));
+            other = std::move(taken);
+        }
+    }
+    void undo() override { redo(); }
+
+private:
+    std::vector<std::pair<DataNode*, std::vector<DataItem>>> lists_;
+};
+
+std::string groupPath(const DataNode& node) {
+    std::string path;
+    for (const DataNode* n = &node; n && n->isGroup(); n = n->parent())
+        path = path.empty() ? n->name() : n->name() + "/" + path;
+    return path;
+}
+
+class RtdbTable : public TableExchange {
+public:
+    explicit RtdbTable(RtdbSection& section) : section_(section) {}
+
+    std::vector<std::string> columns() const override {
+        return {"database", "group path",    "name",  "type",
+                "length",   "initial value", "alias", "description"};
+    }
+    std::vector<std::size_t> keyColumns() const override { return {kDatabase, kName}; }
+
+    std::vector<CsvRow> rows() override {
+        places_.clear();
+        changes_.clear();
+        added_.clear();
+        std::vector<CsvRow> out;
+        for (std::size_t d = 0; d < section_.databaseCount(); ++d)
+            collect(section_.database(d), out);
+        return out;
+    }
+
+    std::optional<std::string> take(const CsvRow& row, std::size_t existing,
+                                    bool* unchanged) override {
+        *unchanged = false;
+        DataNode* database = section_.findDatabase(row[kDatabase]);
+        if (!database)
+            return "there is no database \"" + row[kDatabase] + "\"";
+        DataNode* node = groupAt(*database, row[kGroupPath]);
+        if (!node)
+            return "there is no data group \"" + row[kGroupPath] + "\" in database \"" +
+                   row[kDatabase] + "\"";
+        DataForm form;
+        form.name = row[kName];
+        form.alias = !row[kAlias].empty();
+        form.aliasText = row[kAlias];
+        if (!form.alias) {
+            const std::string& type = row[kType];
+            form.typeIndex = DataTypeTable::indexOfKeyword(type);
+            if (form.typeIndex < 0)
+                form.typeIndex = DataTypeTable::indexOfShown(type);
+            if (form.typeIndex < 0 && !type.empty())
+                return "unknown data type \"" + type + "\"";
+            applyTypeSelection(form);
+            // A type of fixed size sets the length, as in the dialog.
+            if (lengthEditable(form)) {
+                if (!wholeNumber(row[kLength]))
+                    return std::string(rtdbtext::kLengthError);
+                form.length = std::stoi(row[kLength]);
+            }
+            form.init = row[kInit];
+            form.description = row[kDescription];
+        }
+        if (auto message = validateDataForm(form))
+            return message;
+        DataItem item = itemFromForm(form);
+        if (existing == kNewRow) {
+            std::set<std::string>& added = added_[database];
+            if (database->nameInUse(item.name) || added.count(item.name))
+                return std::string(rtdbtext::kDataExists);
+            added.insert(item.name);
+            changes_[node].added.push_back(std::move(item));
+            return std::nullopt;
+        }
+        auto [from, pos] = places_[existing];
+        if (from == node && from->item(pos) == item) {
+            *unchanged = true;
+            return std::nullopt;
+        }
+        if (from == node) {
+            changes_[node].replaced.emplace_back(pos, std::move(item));
+        } else {
+            changes_[from].dropped.push_back(pos);
+            changes_[node].added.push_back(std::move(item));
+        }
+        return std::nullopt;
+    }
+
+    void drop(std::size_t existing) override {
+        changes_[places_[existing].first].dropped.push_back(places_[existing].second);
+    }
+
+    std::unique_ptr<EditCommand> step(const std::string& name) override {
+        auto swap = std::make_unique<SwapNodeItems>(name);
+        for (auto& [node, c] : changes_) {
+            std::vector<DataItem> items = node->items();
+            for (auto& [pos, item] : c.replaced)
+                items[pos] = std::move(item);
+            std::vector<bool> gone(items.size(), false);
+            for (std::size_t pos : c.dropped)
+                gone[pos] = true;
+            std::size_t kept = 0;
+            for (std::size_t p = 0; p < items.size(); ++p)
+                if (!gone[p]) {
+                    if (kept != p)
+                        items[kept] = std::move(items[p]);
+                    ++kept;
+                }
+            items.resize(kept);
+            for (DataItem& item : c.added)
+                items.push_back(std::move(item));
+            swap->add(node, std::move(items));
+        }
+        changes_.clear();
+        added_.clear();
+        if (swap->empty())
+            return nullptr;
+        return swap;
+    }
+
+private:
+    struct Changes {
+        std::vector<std::pair<std::size_t, DataItem>> replaced;
+        std::vector<std::size_t> dropped;
+        std::vector<DataItem> added;
+    };
+
+    static bool wholeNumber(const std::string& text) {
+        if (text.empty() || text.size() > 9)
+            return false;
+        for (char c : text)
+            if (c < '0' || c > '9')
+                return false;
+        return true;
+    }
+
+    // The file's order: a node's groups first, then its own items.
+    void collect(DataNode& node, std::vector<CsvRow>& out) {
+        for (std::size_t g = 0; g < node.childCount(); ++g)
+            collect(node.child(g), out);
+        const std::string& db = node.database()->name();
+        const std::string path = groupPath(node);
+        for (std::size_t i = 0; i < node.itemCount(); ++i) {
+            const DataItem& item = node.item(i);
+            if (item.isAlias())
+                out.push_back({db, path, item.name, "", "", "", item.target, ""});
+            else
+                out.push_back(
+                    {db, path, item.name, item.type, item.length, item.init, "", item.description});
+            places_.emplace_back(&node, i);
+        }
+    }
+
+    // The group at a path of names below the database; null when there is none.
+    static DataNode* groupAt(DataNode& database, const std::string& path) {
+        DataNode* node = &database;
+        std::size_t start = 0;
+        while (node && start < path.size()) {
+            std::size_t end = path.find('/', start);
+            if (end == std::string::npos)
+                end = path.size();
+            const std::string_view name = std::string_view(path).substr(start, end - start);
+            DataNode* next = nullptr;
+            for (std::size_t c = 0; c < node->childCount() && !next; ++c)
+                if (node->child(c).name() == name)
+                    next = &node->child(c);
+            node = next;
+            start = end + 1;
+        }
+        return node;
+    }
+
+    RtdbSection& section_;
+    std::vector<std::pair<DataNode*, std::size_t>> places_;
+    std::map<DataNode*, Changes> changes_;
+    std::map<DataNode*, std::set<std::string>> added_;
+};
+
+} // namespace
+
+std::unique_ptr<TableExchange> makeRtdbTable(RtdbSection& section) {
+    return std::make_unique<RtdbTable>(section);
+}
+
+} // namespace rq

@@ -1,0 +1,202 @@
+// The CSV codec, and the round trip of every table-like section of the example
+// project through export and import: unchanged, changed, added, refused and
+// removed rows, the bytes written and the undo of the import.
+
+#include "core/Csv.h"
+#include "core/FileUtil.h"
+#include "exchange/ProjectExchange.h"
+#include "project/Project.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+using namespace rq;
+namespace fs = std::filesystem;
+
+TEST(Csv, ParsesQuotesLineEndsAndRefusesMalformedText) {
+    std::vector<CsvRecord> r;
+    std::string error;
+    ASSERT_TRUE(parseCsv("\xEF\xBB\xBF"
+                         "a,b\r\n\"x,\"\"y\"\"\",\"two\r\nlines\"\n\n,last",
+                         &r, &error))
+        << error;
+    ASSERT_EQ(r.size(), 3u);
+    EXPECT_EQ(r[1].fields, (CsvRow{"x,\"y\"", "two\r\nlines"}));
+    EXPECT_EQ(r[2].line, 5u); // after the record of two lines and a blank line
+    EXPECT_EQ(r[2].fields, (CsvRow{"", "last"}));
+
+    const struct {
+        const char* text;
+        const char* error;
+    } bad[] = {
+        {"a,b\nx\"y,z\n", "line 2: a quote inside a field that does not start with one"},
+        {"a\n\"x\"y\n", "line 2: text after the closing quote of a field"},
+        {"a\n\"open\nstill", "line 2: a quoted field does not end"},
+        {"a\n\xC3\x28\n", "line 2: the text is not UTF-8"},
+    };
+    for (const auto& b : bad) {
+        EXPECT_FALSE(parseCsv(b.text, &r, &error)) << b.text;
+        EXPECT_EQ(error, b.error);
+        EXPECT_TRUE(r.empty());
+    }
+
+    const CsvRow tricky = {"", "plain", "a,b", "say \"hi\"", "cr\rlf\n", " blank "};
+    std::string out;
+    appendCsvRecord(out, tricky);
+    EXPECT_EQ(out, ",plain,\"a,b\",\"say \"\"hi\"\"\",\"cr\rlf\n\", blank \r\n");
+    ASSERT_TRUE(parseCsv(out, &r, &error));
+    EXPECT_EQ(r.at(0).fields, tricky);
+}
+
+namespace {
+
+struct Demo {
+    rqtest::TempDir dir;
+    Catalogs catalogs;
+    rqtest::RecordingSink sink;
+    Project project{catalogs, sink};
+    std::string path;
+    Demo() {
+        fs::copy(fs::path(std::getenv("RQ_SOURCE_DIR")) / "data/examples/demo", dir.path() / "demo",
+                 fs::copy_options::recursive);
+        catalogs.loadFrom(rqtest::programDir());
+        path = dir.file("demo");
+        std::string error;
+        EXPECT_TRUE(project.doc.open(path, &error)) << error;
+    }
+    std::string file(const std::string& section) {
+        return rqtest::readFile(fs::path(path) / (section + ".xml"));
+    }
+};
+
+// Replaces the first `from` of the text by `to`.
+std::string patched(std::string text, const std::string& from, const std::string& to) {
+    std::size_t at = text.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return at == std::string::npos ? text : text.replace(at, from.size(), to);
+}
+
+} // namespace
+
+TEST(SectionTables, DemoRoundTripsAndMergesLikeTheDialogs) {
+    const struct {
+        const char* section;
+        std::size_t rows;
+        const char *from, *to; // one change in the export ("" for none)
+        const char* added;     // a row to add
+        const char* refused;   // a row the dialog refuses, and its message
+        const char* message;
+    } cases[] = {
+        {"rtdb", 21, "Tank1_Temp,float,4,20,", "Tank1_Temp,float,4,25,",
+         "plant,pumps,Pump2_Run,bit,1,0,,pump 2 running", "hmi,,Title,string,,x,,",
+         "data length error!"},
+        {"rtdb", 21, "", "", "hmi,,Alias2,,,,Page,", "plant,,tanks,float,4,0,,",
+         "The data already exist!"},
+        {"hmidb", 7, "Plant_Status,1000", "Plant_Status,2000", "memory/trend,scale,,,,float,4,1",
+         "io,speed,plant,Pump1_Speed,0,,,", "period value error!"},
+        {"device", 7, "40001", "40005",
+         "bus1,tankio,coil,00011,plant.Tank2_High,,Circularly reading,0,1",
+         "bus1,tankio,,00012,plant.Flags,,read,0,1", "Please choose data type!"},
+        {"param", 2, "Page,1", "Page,2", "plant,Pump1_Speed,100", ",,5", "Please choose data!"},
+        {"datalog", 2, "", "", "levels,plant,Tank1_Temp", "levels,plant,Tank1_Level",
+         "The data already exist!"},
+        {"history", 4, "level 1", "level one", "archive,plant,Tank2_Level,change,,0.1,,,level 2",
+         "trend,plant,Pump1_Run,vartrigger,,,,,", "Please input trigger variable name!"},
+        {"alarm", 3, "Tank1_High,2", "Tank1_High,3",
+         "pumps,plant,Pump1_Speed,1,,,speed high,1500,speed ok,,,,,,,,,,,,,,,,,,",
+         "pumps,plant,\"say \"\"x\"\"\",1,,,,,,,,,,,,,,,,,,,,,,,", nullptr},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.section);
+        Demo demo;
+        const int index = tableSectionIndex(c.section);
+        const std::string original = demo.file(c.section);
+        const std::string exported = exportTable(*makeSectionTable(demo.project, c.section));
+
+        // The export imported back changes nothing.
+        ImportResult same = importSection(demo.project, c.section, exported, {});
+        ASSERT_TRUE(same.merge.ok()) << same.merge.error;
+        EXPECT_EQ(same.merge.unchanged, c.rows);
+        EXPECT_EQ(same.merge.added + same.merge.changed + same.merge.refused.size(), 0u);
+        EXPECT_FALSE(same.written);
+
+        // A change, a new row and a refused one: nothing is written until the
+        // refused row is skipped.
+        std::string edited = *c.from ? patched(exported, c.from, c.to) : exported;
+        edited += std::string(c.added) + "\r\n" + c.refused + "\r\n";
+        const std::size_t refusedLine = 3 + c.rows;
+        ImportResult refused = importSection(demo.project, c.section, edited, {});
+        ASSERT_EQ(refused.merge.refused.size(), 1u);
+        EXPECT_EQ(refused.merge.refused[0].line, refusedLine);
+        if (c.message)
+            EXPECT_EQ(refused.merge.refused[0].reason, c.message);
+        else
+            EXPECT_NE(refused.merge.refused[0].reason.find("'\"'"), std::string::npos)
+                << refused.merge.refused[0].reason;
+        EXPECT_FALSE(refused.written);
+        EXPECT_EQ(demo.file(c.section), original);
+
+        ImportOptions skip;
+        skip.skipInvalid = true;
+        ImportResult applied = importSection(demo.project, c.section, edited, skip);
+        ASSERT_TRUE(applied.error.empty()) << applied.error;
+        EXPECT_TRUE(applied.written);
+        EXPECT_EQ(applied.merge.added, 1u);
+        EXPECT_EQ(applied.merge.changed, *c.from ? 1u : 0u);
+        // Unchanged rows keep their place, the new row comes last in its list.
+        const std::string again = exportTable(*makeSectionTable(demo.project, c.section));
+        EXPECT_EQ(patched(again, std::string(c.added) + "\r\n", ""),
+                  *c.from ? patched(exported, c.from, c.to) : exported);
+        EXPECT_EQ(importSection(demo.project, c.section, again, {}).merge.unchanged, c.rows + 1);
+
+        // Undo gives the file's bytes back; --replace removes what the file lacks.
+        applied.merge.step->undo();
+        EXPECT_EQ(demo.project.doc.sectionText(index), original);
+        ImportOptions replace;
+        replace.replace = true;
+        replace.dryRun = true;
+        std::string lacking = exported;
+        lacking.erase(lacking.find("\r\n") + 2,
+                      lacking.find("\r\n", lacking.find("\r\n") + 2) - lacking.find("\r\n"));
+        EXPECT_EQ(importSection(demo.project, c.section, lacking, replace).merge.removed, 1u);
+    }
+}
+
+TEST(SectionTables, RefusesWrongHeadersAndRowsThatNameNoList) {
+    Demo demo;
+    const struct {
+        const char* section;
+        const char* text;
+        const char* error; // of the file, or of its only row
+    } cases[] = {
+        {"param", "database,data name\r\n", "line 1: column \"initial value\" is missing"},
+        {"param", "database,data name,value\r\n",
+         "line 1: unknown column \"value\" (the columns are database,data name,initial value)"},
+        {"param", "", "the file has no header line (database,data name,initial value)"},
+        {"param", "initial value,database,data name\r\n5,plant\r\n",
+         "2 fields where the header has 3"},
+        {"rtdb",
+         "database,group path,name,type,length,initial value,alias,description\r\n"
+         "plant,tanks/tank3,X,float,4,0,,\r\n",
+         "there is no data group \"tanks/tank3\" in database \"plant\""},
+        {"device",
+         "link,device,data type,data address,real-time data,status variable,mode,group,"
+         "enable\r\nbus1,tankio,coil,1,plant.Flags,,sometimes,0,1\r\n",
+         "unknown mode \"sometimes\""},
+        {"hmidb",
+         "group,name,database,data name,refresh period,type,length,initial value\r\n"
+         "io/none,x,plant,Page,500,,,\r\n",
+         "there is no data group \"io/none\""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        ImportResult r = importSection(demo.project, c.section, c.text, {});
+        const std::string got =
+            r.merge.ok() && !r.merge.refused.empty() ? r.merge.refused[0].reason : r.merge.error;
+        EXPECT_EQ(got, c.error);
+        EXPECT_FALSE(r.written);
+    }
+}
