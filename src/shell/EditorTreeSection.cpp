@@ -115,6 +115,10 @@ void* EditorTreeSection::selectedKey(bool* inSection) const {
     return in ? CPrjTree::payload(item) : nullptr;
 }
 
+bool EditorTreeSection::ownsHandler(const TreeNodeHandler* handler) const {
+    return handler && handler == handler_.get();
+}
+
 void EditorTreeSection::showNode(const void* key) {
     rq::EditorList l = editor_->list(key);
     std::vector<ListColumn> columns;

@@ -36,6 +36,8 @@ public:
     // The record of the selected node when the node belongs to this section (null
     // for the fixed node); `inSection` tells whether it does.
     void* selectedKey(bool* inSection = nullptr) const;
+    // Whether the tree nodes of this section carry `handler`.
+    bool ownsHandler(const TreeNodeHandler* handler) const;
 
 private:
     class NodeHandler;

@@ -21,6 +21,7 @@
 #include "shell/ProjectDialogs.h"
 #include "shell/ProjectTree.h"
 #include "shell/ReferencesBar.h"
+#include "shell/TableExchangeUi.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -443,7 +444,31 @@ void CMainFrame::showContextMenu(int menuId, const QPoint& globalPos) {
 void CMainFrame::onListRightClick(const QPoint& globalPos) {
     TreeNodeHandler* h = tree_->selectedHandler();
     int id = h ? h->GetListMenuId() : 0;
-    showContextMenu(id ? id : menuid::kView, globalPos);
+    std::unique_ptr<QMenu> menu(buildContextMenu(id ? id : menuid::kView, this));
+    addTableActions(menu.get(), h);
+    if (menu->isEmpty())
+        return;
+    menu->exec(globalPos);
+}
+
+void CMainFrame::addTableActions(QMenu* menu, const TreeNodeHandler* handler) {
+    EditorTreeSection* section = nullptr;
+    for (const auto& s : sections_)
+        if (auto* e = dynamic_cast<EditorTreeSection*>(s.get()); e && e->ownsHandler(handler))
+            section = e;
+    const std::string table = section ? tableSectionOf(section->object()) : std::string();
+    if (table.empty())
+        return;
+    menu->addSeparator();
+    connect(menu->addAction(QStringLiteral("Export...")), &QAction::triggered, this,
+            [this, table] { exportSectionTable(this, *project_, table, *sink_); });
+    connect(menu->addAction(QStringLiteral("Import...")), &QAction::triggered, this,
+            [this, table, section] {
+                if (!importSectionTable(this, *project_, table, *sink_))
+                    return;
+                section->historyChanged();
+                markModified();
+            });
 }
 
 void CMainFrame::runCommand(int command) {

@@ -123,6 +123,8 @@ private:
     void updateRecentMenu();
     void showContextMenu(int menuId, const QPoint& globalPos);
     void onListRightClick(const QPoint& globalPos);
+    // "Export..." and "Import..." for the list of a section that has a table.
+    void addTableActions(QMenu* menu, const TreeNodeHandler* handler);
     void markModified();
     // The item of the selected data row of the real-time database, as DB.DATA parts.
     std::optional<std::pair<std::string, std::string>> selectedDataItem() const;

@@ -25,6 +25,7 @@
 #include "shell/NodeImages.h"
 #include "shell/ProjectDialogs.h"
 #include "shell/ProjectTree.h"
+#include "shell/TableExchangeUi.h"
 
 #include "ShellApp.h"
 
@@ -407,6 +408,18 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
                         QString::fromStdString(text), QMessageBox::Ok);
         save(box, name);
     }
+
+    // The merge of a spreadsheet file, before it is applied.
+    rq::TableMerge merge;
+    merge.added = 12;
+    merge.changed = 3;
+    merge.unchanged = 1187;
+    merge.refused = {{7, "Please choose data type!"},
+                     {19, "The field \"Data Address\" must not hold '<'; the project file "
+                          "cannot store it."},
+                     {204, "there is no device \"meter2\" on link \"bus1\""}};
+    rqshell::CImportMergeDialog importDialog(merge, QStringLiteral("/home/user/points.csv"));
+    save(importDialog, "dialog-import-merge");
 }
 
 // Find References on a data item of the demo that several sections use, and the
