@@ -67,11 +67,13 @@ CImportMergeDialog::CImportMergeDialog(const rq::TableMerge& merge, const QStrin
         table->setSelectionBehavior(QAbstractItemView::SelectRows);
         for (int r = 0; r < int(merge.refused.size()); ++r) {
             table->setItem(r, 0, new QTableWidgetItem(QString::number(merge.refused[r].line)));
-            table->setItem(r, 1, new QTableWidgetItem(qs(merge.refused[r].reason)));
+            auto* reason = new QTableWidgetItem(qs(merge.refused[r].reason));
+            reason->setToolTip(reason->text()); // a long reason stays readable in full
+            table->setItem(r, 1, reason);
         }
         table->resizeColumnsToContents();
         table->horizontalHeader()->setStretchLastSection(true);
-        table->setMinimumWidth(460);
+        table->setMinimumWidth(640);
         table->setAccessibleName(QStringLiteral("Refused rows"));
         layout->addWidget(table);
     }
