@@ -47,6 +47,30 @@ public:
 // A step that swaps whole item lists of a section with new ones: redo puts the new
 // lists in, undo the old ones back. Each list is found again by position when the
 // step runs, so that other steps may move its container in between.
+// The rows a merge leaves in one list: replaced rows in their places, dropped rows
+// gone, the others in their order, added rows at the end.
+template <class Item>
+std::vector<Item> mergedRows(std::vector<Item> items,
+                             std::vector<std::pair<std::size_t, Item>>& replaced,
+                             const std::vector<std::size_t>& dropped, std::vector<Item>& added) {
+    for (auto& [pos, item] : replaced)
+        items[pos] = std::move(item);
+    std::vector<bool> gone(items.size(), false);
+    for (std::size_t pos : dropped)
+        gone[pos] = true;
+    std::size_t kept = 0;
+    for (std::size_t p = 0; p < items.size(); ++p)
+        if (!gone[p]) {
+            if (kept != p)
+                items[kept] = std::move(items[p]);
+            ++kept;
+        }
+    items.resize(kept);
+    for (Item& item : added)
+        items.push_back(std::move(item));
+    return items;
+}
+
 template <class List> class SwapItemLists : public EditCommand {
 public:
     using Locate = std::function<List&()>;
@@ -157,23 +181,8 @@ public:
             Changes& c = changes_[l];
             if (c.replaced.empty() && c.dropped.empty() && c.added.empty())
                 continue;
-            std::vector<Item> items = lists_[l].locate();
-            for (auto& [pos, item] : c.replaced)
-                items[pos] = std::move(item);
-            std::vector<bool> gone(items.size(), false);
-            for (std::size_t pos : c.dropped)
-                gone[pos] = true;
-            std::size_t kept = 0;
-            for (std::size_t p = 0; p < items.size(); ++p)
-                if (!gone[p]) {
-                    if (kept != p)
-                        items[kept] = std::move(items[p]);
-                    ++kept;
-                }
-            items.resize(kept);
-            for (Item& item : c.added)
-                items.push_back(std::move(item));
-            swap->add(lists_[l].locate, std::move(items));
+            swap->add(lists_[l].locate,
+                      mergedRows(lists_[l].locate(), c.replaced, c.dropped, c.added));
             c = {};
         }
         if (swap->empty())

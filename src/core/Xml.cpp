@@ -112,10 +112,7 @@ void refuseUnparsedEntity(void* ctx, const xmlChar*, const xmlChar*, const xmlCh
 const char* const kEntityRefused =
     "the file declares an entity (<!ENTITY ...>); project files use none, so it is not read";
 
-// Where the bytes stop being UTF-8 and the device code page alike: the reason of a
-// file in neither, with the line and the byte.
-static std::string notInEitherCodePage(std::string_view bytes, size_t offset,
-                                       const char* codePage) {
+std::string notInEitherCodePage(std::string_view bytes, size_t offset, const char* codePage) {
     size_t line = 1, lineStart = 0;
     for (size_t i = 0; i < offset && i < bytes.size(); ++i)
         if (bytes[i] == '\n') {

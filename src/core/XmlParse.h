@@ -19,6 +19,9 @@ std::string declarationEncoding(std::string_view head);
 // The code page a file without declaration is read in when it is not UTF-8.
 const char* fallbackCodePage();
 extern const char* const kEntityRefused;
+// The reason of a file whose bytes are neither UTF-8 nor the device code page, with
+// the line and the byte where they stop being either.
+std::string notInEitherCodePage(std::string_view bytes, size_t offset, const char* codePage);
 
 // XmlDocument's whole parse of the bytes, code-page fallback and entity refusal
 // included. Gives the document (built only when buildTree; otherwise an empty

@@ -34,22 +34,6 @@ const char* text(const unsigned char* s) {
     return reinterpret_cast<const char*>(s);
 }
 
-// Where the bytes stop being UTF-8 and the device code page alike, as
-// XmlDocument says it.
-std::string notInEither(std::string_view bytes, size_t offset, const char* codePage) {
-    size_t line = 1, lineStart = 0;
-    for (size_t i = 0; i < offset && i < bytes.size(); ++i)
-        if (bytes[i] == '\n') {
-            ++line;
-            lineStart = i + 1;
-        }
-    char hex[8];
-    std::snprintf(hex, sizeof hex, "0x%02X",
-                  offset < bytes.size() ? static_cast<unsigned char>(bytes[offset]) : 0u);
-    return "line " + std::to_string(line) + ", byte " + std::to_string(offset - lineStart + 1) +
-           " (" + hex + "): the file is neither UTF-8 nor the device code page (" + codePage + ")";
-}
-
 } // namespace
 
 XmlStream::XmlStream() = default;
@@ -347,7 +331,7 @@ XmlStream::Outcome XmlStream::conclude(std::string* error) {
             !isValidUtf8(bytes)) {
             const char* cp = fallbackCodePage();
             if (std::optional<size_t> bad = firstByteNotIn(bytes, cp))
-                return fail(notInEither(bytes, *bad, cp));
+                return fail(notInEitherCodePage(bytes, *bad, cp));
             codePage_ = cp;
             retry_ = true;
             return Outcome::Retry;

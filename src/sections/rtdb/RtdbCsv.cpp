@@ -124,23 +124,7 @@ public:
     std::unique_ptr<EditCommand> step(const std::string& name) override {
         auto swap = std::make_unique<SwapNodeItems>(name);
         for (auto& [node, c] : changes_) {
-            std::vector<DataItem> items = node->items();
-            for (auto& [pos, item] : c.replaced)
-                items[pos] = std::move(item);
-            std::vector<bool> gone(items.size(), false);
-            for (std::size_t pos : c.dropped)
-                gone[pos] = true;
-            std::size_t kept = 0;
-            for (std::size_t p = 0; p < items.size(); ++p)
-                if (!gone[p]) {
-                    if (kept != p)
-                        items[kept] = std::move(items[p]);
-                    ++kept;
-                }
-            items.resize(kept);
-            for (DataItem& item : c.added)
-                items.push_back(std::move(item));
-            swap->add(node, std::move(items));
+            swap->add(node, mergedRows(node->items(), c.replaced, c.dropped, c.added));
         }
         changes_.clear();
         added_.clear();
