@@ -11,7 +11,7 @@
 #include "shell/QtText.h"
 
 #include "ShellApp.h"
-#include "support/DialogScript.h"
+#include "support/ScriptedDialog.h"
 #include "support/TestSupport.h"
 
 #include <QComboBox>
@@ -114,8 +114,8 @@ TEST_F(HistoryUi, MainWindowListsTheVariablesOfTheSelectedRecord) {
             return data.answer(f, sink, rq::validateHistoryDataForm);
         }
         rq::MessageSink& sink;
-        rqtest::DialogScript<rq::HistoryRecordForm> record;
-        rqtest::DialogScript<rq::HistoryDataForm> data;
+        rqtest::ScriptedDialog<rq::HistoryRecordForm> record;
+        rqtest::ScriptedDialog<rq::HistoryDataForm> data;
     } dialogs(sink);
     frame.editor<rq::HistorySectionEditor>(rq::SectionObject::History).setDialogHost(&dialogs);
 

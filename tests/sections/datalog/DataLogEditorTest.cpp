@@ -7,7 +7,7 @@
 #include "core/NodeImageIds.h"
 #include "core/StorableValue.h"
 #include "sections/datalog/DataLogSectionEditor.h"
-#include "support/DialogScript.h"
+#include "support/ScriptedDialog.h"
 #include "support/SectionTestKit.h"
 
 #include <gtest/gtest.h>
@@ -32,8 +32,8 @@ struct ScriptedDialogs : DataLogDialogHost {
         return data.answer(f, sink, validateLogDataForm);
     }
     MessageSink& sink;
-    rqtest::DialogScript<DataLogForm> logs;
-    rqtest::DialogScript<LogDataForm> data;
+    rqtest::ScriptedDialog<DataLogForm> logs;
+    rqtest::ScriptedDialog<LogDataForm> data;
 };
 
 DataLogForm logForm(DataLogKind kind, std::string name, std::string period = "1000",

@@ -6,7 +6,7 @@
 #include "core/MenuIds.h"
 #include "core/StorableValue.h"
 #include "sections/history/HistorySectionEditor.h"
-#include "support/DialogScript.h"
+#include "support/ScriptedDialog.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -33,8 +33,8 @@ struct ScriptedHistoryDialogs : HistoryDialogHost {
         return data.answer(f, sink, validateHistoryDataForm);
     }
     MessageSink& sink;
-    rqtest::DialogScript<HistoryRecordForm> record;
-    rqtest::DialogScript<HistoryDataForm> data;
+    rqtest::ScriptedDialog<HistoryRecordForm> record;
+    rqtest::ScriptedDialog<HistoryDataForm> data;
 };
 
 HistoryDataForm F(std::string db, std::string name, int kind, std::string p = "",
