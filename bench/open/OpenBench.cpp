@@ -5,8 +5,10 @@
 //   - open + save: `rqpcli resave DIR`  against `xmllint --output /dev/null rtdb.xml`;
 //   - peak memory (maxrss of wait4) of `rqpcli info DIR` against xmllint --noout's;
 //   - `rqpdev DIR` until its main window is mapped, splash included, against
-//     `rqpcli info DIR` (100,000 items, only with an X display: run.sh starts Xvfb).
-// Prints the medians, the ratios and the growth per item between sizes.
+//     `rqpcli info DIR` (100,000 items and more, only with an X display: run.sh
+//     starts Xvfb).
+// Prints the medians, the ratios and the growth per item since the size before,
+// each size as soon as it is measured.
 //
 //   bench_open [--million] [--runs N] [--keep DIR] [--spread] [--sizes N,N,...]
 //     --million  adds the 1,000,000-item project (about 100 MiB of rtdb.xml)
@@ -35,6 +37,7 @@
 
 #ifdef RQ_BENCH_X11
 #include <X11/Xlib.h>
+#include <poll.h>
 #endif
 
 namespace fs = std::filesystem;
@@ -179,6 +182,9 @@ ChildResult run(const std::vector<std::string>& argv) {
 }
 
 #ifdef RQ_BENCH_X11
+// How long rqpdev may take to show its main window before the run is given up.
+constexpr double kWindowTimeout = 300;
+
 // `rqpdev DIR` until its main window (title "... - RQPDev") is mapped, in a fresh
 // settings, runtime and temporary directory so that no other instance answers.
 double untilWindowShown(Display* x, const std::string& rqpdev, const std::string& dir,
@@ -197,22 +203,36 @@ double untilWindowShown(Display* x, const std::string& rqpdev, const std::string
     XSync(x, True); // forget the events of earlier runs
     auto start = Clock::now();
     pid_t pid = spawn(argv, env);
+    auto elapsed = [&] { return std::chrono::duration<double>(Clock::now() - start).count(); };
     double shown = -1;
     while (shown < 0) {
-        XEvent e;
-        XNextEvent(x, &e);
-        if (e.type != MapNotify)
-            continue;
-        char* name = nullptr;
-        if (XFetchName(x, e.xmap.window, &name) && name) {
-            if (std::strstr(name, " - RQPDev"))
-                shown = std::chrono::duration<double>(Clock::now() - start).count();
-            XFree(name);
+        // Wait for X events at most a tenth of a second at a time, so that the
+        // time-out holds even when no event arrives at all.
+        if (!XPending(x)) {
+            struct pollfd p = {ConnectionNumber(x), POLLIN, 0};
+            ::poll(&p, 1, 100);
         }
-        if (std::chrono::duration<double>(Clock::now() - start).count() > 300) {
-            std::fprintf(stderr, "rqpdev showed no main window\n");
+        if (elapsed() > kWindowTimeout) {
+            std::fprintf(stderr, "rqpdev showed no main window within %.0f s\n", kWindowTimeout);
             kill(pid, SIGKILL);
             std::exit(1);
+        }
+        int status = 0;
+        if (waitpid(pid, &status, WNOHANG) == pid) {
+            std::fprintf(stderr, "rqpdev ended before its main window showed\n");
+            std::exit(1);
+        }
+        while (shown < 0 && XPending(x)) {
+            XEvent e;
+            XNextEvent(x, &e);
+            if (e.type != MapNotify)
+                continue;
+            char* name = nullptr;
+            if (XFetchName(x, e.xmap.window, &name) && name) {
+                if (std::strstr(name, " - RQPDev"))
+                    shown = elapsed();
+                XFree(name);
+            }
         }
     }
     kill(pid, SIGTERM);
@@ -235,6 +255,34 @@ struct Row {
     double info = 0, lint = 0, resave = 0, lintOut = 0, infoRss = 0, lintRss = 0;
     double window = 0, windowInfo = 0, windowNoSplash = 0;
 };
+
+// One size's figures, and their growth per item since the size before.
+void printRow(const Row& r, bool spread, const Row* before) {
+    std::printf("%9d %7.1f | %7.3f %7.3f %5.2f | %7.3f %7.3f %5.2f | %8.0f %8.0f %5.2f | %7.3f "
+                "%7.3f %5.2f\n",
+                r.items, r.mib, r.info, r.lint, r.info / r.lint, r.resave, r.lintOut,
+                r.resave / r.lintOut, r.infoRss, r.lintRss, r.infoRss / r.lintRss, r.infoWall,
+                r.lintWall, r.infoWall / r.lintWall);
+    if (r.window > 0)
+        std::printf("    rqpdev %d items until the window shows (wall): %.3f s with the splash, "
+                    "%.3f s without; rqpcli info %.3f s; ratio %.2f with, %.2f without\n",
+                    r.items, r.window, r.windowNoSplash, r.windowInfo, r.window / r.windowInfo,
+                    r.windowNoSplash / r.windowInfo);
+    if (spread)
+        std::printf("    open of %d items in four files (wall): one thread %.3f s, two %.3f s, "
+                    "automatic %.3f s\n",
+                    r.items, r.oneThread, r.twoThreads, r.automatic);
+    if (before) {
+        const Row& a = *before;
+        const double n = r.items - a.items;
+        std::printf("    growth per item since %d: info %6.2f us  resave %6.2f us  xmllint %6.2f "
+                    "us  |  peak memory info %6.0f B  xmllint %6.0f B\n",
+                    a.items, (r.info - a.info) / n * 1e6, (r.resave - a.resave) / n * 1e6,
+                    (r.lint - a.lint) / n * 1e6, (r.infoRss - a.infoRss) * 1024 / n,
+                    (r.lintRss - a.lintRss) * 1024 / n);
+    }
+    std::fflush(stdout);
+}
 
 int openOnce(unsigned threads, const std::string& dir) {
     rq::Catalogs catalogs;
@@ -301,6 +349,14 @@ int main(int argc, char** argv) {
     std::printf("built without X11: the window figure is left out\n");
 #endif
 
+    std::printf("medians of %d interleaved runs (1,000,000 items: at most 3)%s; times are CPU "
+                "(user + system) seconds, the wall time of info and xmllint --noout beside; each "
+                "size is printed as soon as it is measured\n",
+                runs, spread ? ", device/alarm/history as big as the database" : "");
+    std::printf("%9s %7s | %7s %7s %5s | %7s %7s %5s | %8s %8s %5s | %7s %7s %5s\n", "items", "MiB",
+                "info s", "lint s", "ratio", "resave", "lint-o", "ratio", "info KiB", "lint KiB",
+                "ratio", "wall i", "wall l", "ratio");
+    std::fflush(stdout);
     std::vector<Row> rows;
     for (int items : sizes) {
         const fs::path dir = base / std::to_string(items);
@@ -332,7 +388,7 @@ int main(int argc, char** argv) {
                 automatic.push_back(run({self, "threads", "0", d}).seconds);
             }
 #ifdef RQ_BENCH_X11
-            if (x && items == 100000) {
+            if (x && items >= 100000) {
                 win.push_back(untilWindowShown(x, rqpdev, d, true));
                 winInfo.push_back(run({rqpcli, "info", d}).seconds);
                 winBare.push_back(untilWindowShown(x, rqpdev, d, false));
@@ -354,42 +410,7 @@ int main(int argc, char** argv) {
         row.windowInfo = median(winInfo);
         row.windowNoSplash = median(winBare);
         rows.push_back(row);
-        std::fflush(stdout);
-    }
-
-    std::printf("medians of %d interleaved runs (1,000,000 items: at most 3)%s; times are CPU "
-                "(user + system) seconds, the wall time of info and xmllint --noout beside\n",
-                runs, spread ? ", device/alarm/history as big as the database" : "");
-    std::printf("%9s %7s | %7s %7s %5s | %7s %7s %5s | %8s %8s %5s | %7s %7s %5s\n", "items", "MiB",
-                "info s", "lint s", "ratio", "resave", "lint-o", "ratio", "info KiB", "lint KiB",
-                "ratio", "wall i", "wall l", "ratio");
-    for (const Row& r : rows)
-        std::printf("%9d %7.1f | %7.3f %7.3f %5.2f | %7.3f %7.3f %5.2f | %8.0f %8.0f %5.2f | %7.3f "
-                    "%7.3f %5.2f\n",
-                    r.items, r.mib, r.info, r.lint, r.info / r.lint, r.resave, r.lintOut,
-                    r.resave / r.lintOut, r.infoRss, r.lintRss, r.infoRss / r.lintRss, r.infoWall,
-                    r.lintWall, r.infoWall / r.lintWall);
-    for (const Row& r : rows)
-        if (r.window > 0)
-            std::printf("rqpdev %d items until the window shows (wall): %.3f s with the splash, "
-                        "%.3f s without; rqpcli info %.3f s; ratio %.2f with, %.2f without\n",
-                        r.items, r.window, r.windowNoSplash, r.windowInfo, r.window / r.windowInfo,
-                        r.windowNoSplash / r.windowInfo);
-    for (const Row& r : rows)
-        if (spread)
-            std::printf("open of %d items in four files (wall): one thread %.3f s, two %.3f s, "
-                        "automatic %.3f s\n",
-                        r.items, r.oneThread, r.twoThreads, r.automatic);
-    std::printf("growth per item between sizes (info, resave, xmllint time; info, xmllint peak "
-                "memory):\n");
-    for (std::size_t k = 1; k < rows.size(); ++k) {
-        const Row &a = rows[k - 1], &b = rows[k];
-        const double n = b.items - a.items;
-        std::printf("%9d -> %-9d info %6.2f us  resave %6.2f us  xmllint %6.2f us  |  info %6.0f "
-                    "B  xmllint %6.0f B\n",
-                    a.items, b.items, (b.info - a.info) / n * 1e6, (b.resave - a.resave) / n * 1e6,
-                    (b.lint - a.lint) / n * 1e6, (b.infoRss - a.infoRss) * 1024 / n,
-                    (b.lintRss - a.lintRss) * 1024 / n);
+        printRow(row, spread, rows.size() > 1 ? &rows[rows.size() - 2] : nullptr);
     }
     if (!keep)
         fs::remove_all(base);
