@@ -225,7 +225,13 @@ bool ProjectFlows::openWithoutQuestion(const std::string& given) {
     const std::string previous = doc_.model().projectDirectory;
     host_.projectCleared();
     std::string error;
-    if (!doc_.open(dir, &error)) {
+    const bool opened = doc_.open(dir, &error);
+    return afterRead(dir, opened, error, previous);
+}
+
+bool ProjectFlows::afterRead(const std::string& dir, bool opened, const std::string& error,
+                             const std::string& previous) {
+    if (!opened) {
         reportOpenFailure(dir, error);
         std::string again;
         if (!previous.empty() && previous != dir && doc_.open(previous, &again))
@@ -243,6 +249,34 @@ bool ProjectFlows::openWithoutQuestion(const std::string& given) {
         doc_.sink().showMessage(text, MessageIcon::Stop);
     }
     return true;
+}
+
+void readAhead(ProjectDocument& doc, const std::string& given, OpenAhead& into) {
+    doc.setSink(into.messages);
+    into.dir = absoluteDirectory(given);
+    try {
+        into.openable = doc.canOpen(into.dir, &into.error);
+        if (into.openable)
+            into.opened = doc.open(into.dir, &into.error);
+    } catch (...) {
+        into.failure = std::current_exception();
+    }
+}
+
+bool ProjectFlows::finishOpen(const OpenAhead& read) {
+    if (read.messages.askedQuestion())
+        return openDirectory(read.dir);
+    if (!read.openable && !read.failure) {
+        // Known before anything was replaced: the new project stays.
+        read.messages.replayTo(doc_.sink());
+        reportOpenFailure(read.dir, read.error);
+        return false;
+    }
+    host_.projectCleared();
+    read.messages.replayTo(doc_.sink());
+    if (read.failure)
+        std::rethrow_exception(read.failure);
+    return afterRead(read.dir, read.opened, read.error, std::string());
 }
 
 bool ProjectFlows::save() {

@@ -9,7 +9,9 @@
 #include "core/CommandLine.h"
 #include "core/MessageSink.h"
 #include "core/ProjectDocument.h"
+#include "core/RecordingSink.h"
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -115,6 +117,23 @@ std::string ladderCommandLine(const std::string& projectDir);
 // What a new ladder.xml holds.
 inline constexpr const char* kEmptyLadder = "<?xml version=\"1.0\" ?>\r\n<ladder>\r\n</ladder>\r\n";
 
+// An open that ran before the flows on its document existed: the command line's
+// project, read off the GUI thread while the splash shows. readAhead() fills it,
+// ProjectFlows::finishOpen() ends it as openDirectory() would have.
+struct OpenAhead {
+    std::string dir;            // the directory, absolute
+    bool openable = false;      // what canOpen() said
+    bool opened = false;        // what the full read said
+    std::string error;          // "FILE: reason" when one of them failed
+    RecordingSink messages;     // what the readers showed, in file order
+    std::exception_ptr failure; // what the read threw
+};
+
+// Reads the project in `given` into `doc`, as openDirectory() reads it, showing
+// nothing: doc's messages go to `into.messages` from now on. It touches only
+// `doc` and `into`, so it may run on any thread while nothing else uses them.
+void readAhead(ProjectDocument& doc, const std::string& given, OpenAhead& into);
+
 class ProjectFlows {
 public:
     ProjectFlows(ProjectDocument& doc, ProjectDialogHost& host, ProgramLauncher& launcher,
@@ -137,6 +156,12 @@ public:
     // The same for an entry of the recent list; an entry that fails to open is
     // removed from the list.
     bool openRecent(const std::string& dir);
+    // Ends an open that readAhead() ran into this document (which is new and
+    // unmodified, so no save question is due), now that its messages can be
+    // shown: the same messages in the same order, the same tree, recent list and
+    // failure handling as openDirectory() of the same directory. A read that
+    // wanted to ask a question is done again here, where it can be answered.
+    bool finishOpen(const OpenAhead& read);
     // "Save(&S)".
     bool save();
     // "Property...".
@@ -157,6 +182,10 @@ private:
     enum class OpenResult { Opened, Cancelled, Failed };
     OpenResult openChecked(const std::string& dir);
     bool openWithoutQuestion(const std::string& dir);
+    // What follows the read of `dir`: the failure and the previous project
+    // brought back, or the tree, the recent list and the unreadable files.
+    bool afterRead(const std::string& dir, bool opened, const std::string& error,
+                   const std::string& previous);
     // `made`, when given, collects the directories that the dialog's OK created.
     const HmiDeviceType* runProjectDialog(ProjectForm& form, ProjectDialogMode mode,
                                           std::vector<std::string>* made = nullptr);

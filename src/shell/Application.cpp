@@ -3,9 +3,12 @@
 #include "core/Catalogs.h"
 #include "core/FileUtil.h"
 #include "core/InstanceRequest.h"
+#include "project/Project.h"
+#include "project/ProjectFlows.h"
 #include "shell/MainWindow.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QLinearGradient>
@@ -14,8 +17,11 @@
 #include <QSplashScreen>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <memory>
+#include <thread>
 
 namespace rqshell {
 
@@ -86,6 +92,39 @@ QPixmap splashPixmap() {
     return pm;
 }
 
+void runWhileWaiting(const std::function<void()>& work, int atLeastMs) {
+    QEventLoop wait;
+    bool waited = atLeastMs <= 0, done = false;
+    auto quitWhenBoth = [&] {
+        if (waited && done)
+            wait.quit();
+    };
+    QTimer::singleShot(std::max(atLeastMs, 0), &wait, [&] {
+        waited = true;
+        quitWhenBoth();
+    });
+    std::exception_ptr failure;
+    std::thread worker([&] {
+        try {
+            work();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        // Told to this thread's loop, which alone touches `done`.
+        QMetaObject::invokeMethod(
+            &wait,
+            [&] {
+                done = true;
+                quitWhenBoth();
+            },
+            Qt::QueuedConnection);
+    });
+    wait.exec();
+    worker.join();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
 int runApplication(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setOrganizationName("Tessarine");
@@ -100,6 +139,11 @@ int runApplication(int argc, char** argv) {
     SingleInstance instance;
     if (!instance.claim(projectArgument))
         return 0;
+    // Until the window exists, what later starts ask for is kept for it.
+    QStringList handedOver;
+    const QMetaObject::Connection keep =
+        QObject::connect(&instance, &SingleInstance::openRequested, &instance,
+                         [&handedOver](const QString& dir) { handedOver << dir; });
 
     // 2. Sockets need no start-up call on this platform.
     // 3. Settings live under "Tessarine" (QSettings in CMainFrame).
@@ -108,18 +152,27 @@ int runApplication(int argc, char** argv) {
     const std::string programDir = rq::programDirectory();
     catalogs.loadFrom(programDir);
 
-    // Splash for 1000 ms before the main window exists.
+    // 5. A directory argument opens that project. It is read on a worker thread,
+    // into a project of its own, while the splash shows for its 1000 ms (longer
+    // when the read takes longer); the window takes the project over and shows
+    // what its readers said, as an open from the window shows it.
+    rq::OpenAhead ahead;
+    std::unique_ptr<rq::Project> project;
+    std::function<void()> read = [] {};
+    if (!args.isEmpty()) {
+        project = std::make_unique<rq::Project>(catalogs, ahead.messages);
+        const std::string dir = QDir::fromNativeSeparators(args.first()).toUtf8().toStdString();
+        read = [&ahead, &project, dir] { rq::readAhead(project->doc, dir, ahead); };
+    }
     std::unique_ptr<QSplashScreen> splash;
     if (!noSplash) {
         splash = std::make_unique<QSplashScreen>(splashPixmap());
         splash->show();
-        QEventLoop wait;
-        QTimer::singleShot(1000, &wait, &QEventLoop::quit);
-        wait.exec();
     }
+    runWhileWaiting(read, noSplash ? 0 : 1000);
 
-    // 5. The main window; a directory argument opens that project.
-    CMainFrame frame(catalogs, programDir);
+    CMainFrame frame(catalogs, programDir, nullptr, nullptr, std::move(project));
+    QObject::disconnect(keep);
     QObject::connect(&instance, &SingleInstance::activateRequested, &frame, [&frame] {
         frame.setWindowState((frame.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
         frame.show();
@@ -130,10 +183,13 @@ int runApplication(int argc, char** argv) {
                      [&frame](const QString& dir) { frame.openWhenIdle(dir); });
     frame.restoreLayout();
     if (!args.isEmpty())
-        frame.openProjectDirectory(args.first());
+        frame.finishOpen(ahead);
     frame.showMaximized();
     if (splash)
         splash->finish(&frame);
+    // Handed over while the splash showed: opened after this start's own project.
+    for (const QString& dir : handedOver)
+        frame.openWhenIdle(dir);
     return app.exec();
 }
 

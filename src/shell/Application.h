@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QPixmap>
 
+#include <functional>
+
 namespace rqshell {
 
 // One running rqpdev per user: the first start listens on the local socket
@@ -31,6 +33,12 @@ private:
 
 // The splash bitmap.
 QPixmap splashPixmap();
+
+// Runs `work` on a worker thread while this thread goes on handling its events
+// (a splash keeps painting, another start is answered), and returns once `work`
+// has ended and at least `atLeastMs` have passed. What `work` throws is thrown
+// here.
+void runWhileWaiting(const std::function<void()>& work, int atLeastMs);
 
 // rqpdev [--no-splash] [PROJECT_DIRECTORY]
 int runApplication(int argc, char** argv);

@@ -77,12 +77,13 @@ bool isProgramCommand(int c) {
 } // namespace
 
 CMainFrame::CMainFrame(const rq::Catalogs& catalogs, std::string programDir, rq::MessageSink* sink,
-                       rq::ProgramLauncher* launcher)
+                       rq::ProgramLauncher* launcher, std::unique_ptr<rq::Project> project)
     : catalogs_(catalogs), programDir_(std::move(programDir)), qtSink_(this),
       sink_(sink ? sink : &qtSink_), launcher_(launcher ? launcher : &detached_),
-      project_(std::make_unique<rq::Project>(catalogs, *sink_)),
+      project_(project ? std::move(project) : std::make_unique<rq::Project>(catalogs, *sink_)),
       flows_(std::make_unique<rq::ProjectFlows>(project_->doc, *this, *launcher_, programDir_)),
       settings_(QStringLiteral("Tessarine"), QStringLiteral("RQPDev")) {
+    project_->doc.setSink(*sink_);
     setObjectName("CMainFrame");
     setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowTabbedDocks);
     createTree();
@@ -592,6 +593,13 @@ void CMainFrame::openUploadedProject(const std::string& target) {
 
 bool CMainFrame::openProjectDirectory(const QString& dir) {
     bool ok = flows_->openDirectory(QDir::fromNativeSeparators(dir).toUtf8().toStdString());
+    updateTitle();
+    updateCommandStates();
+    return ok;
+}
+
+bool CMainFrame::finishOpen(const rq::OpenAhead& read) {
+    bool ok = flows_->finishOpen(read);
     updateTitle();
     updateCommandStates();
     return ok;

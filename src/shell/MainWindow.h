@@ -41,9 +41,11 @@ class CMainFrame : public QMainWindow, public rq::ProjectDialogHost {
     Q_OBJECT
 public:
     // `sink` and `launcher` default to message boxes and detached processes;
-    // tests pass recorders.
+    // tests pass recorders. `project` is one read before the window existed (see
+    // finishOpen); by default the window starts with a new one.
     CMainFrame(const rq::Catalogs& catalogs, std::string programDir,
-               rq::MessageSink* sink = nullptr, rq::ProgramLauncher* launcher = nullptr);
+               rq::MessageSink* sink = nullptr, rq::ProgramLauncher* launcher = nullptr,
+               std::unique_ptr<rq::Project> project = nullptr);
     ~CMainFrame() override;
 
     rq::Project& project() { return *project_; }
@@ -89,6 +91,9 @@ public:
 
     // Opens a project directory (command line, recent list).
     bool openProjectDirectory(const QString& dir);
+    // Ends the open that rq::readAhead() ran into the project this window was
+    // made with: what openProjectDirectory() of that directory shows and does.
+    bool finishOpen(const rq::OpenAhead& read);
     // The same for a directory handed over by another start: it waits until no
     // dialog or menu of this window is open, then opens after the save question.
     void openWhenIdle(const QString& dir);

@@ -27,6 +27,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -42,8 +43,11 @@
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <deque>
 #include <filesystem>
+#include <functional>
+#include <thread>
 
 namespace {
 
@@ -505,6 +509,91 @@ TEST_F(Fixture, SecondStartAsksTheFirstToComeForward) {
     }
     EXPECT_EQ(activations, 2);
     EXPECT_EQ(opened, QStringList{QStringLiteral("/projects/plant 2")});
+}
+
+// Waiting for the command line's project: the read runs on another thread while
+// this one handles its events (the splash paints), for at least the given time.
+TEST_F(Fixture, WaitingForTheReadKeepsEventsGoingForAtLeastItsTime) {
+    std::atomic<bool> ticked{false};
+    bool tickedDuringWork = false;
+    std::thread::id worker;
+    QTimer::singleShot(20, [&] { ticked = true; });
+    QElapsedTimer clock;
+    clock.start();
+    rqshell::runWhileWaiting(
+        [&] {
+            worker = std::this_thread::get_id();
+            for (int i = 0; i < 500 && !ticked; ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            tickedDuringWork = ticked;
+        },
+        300);
+    EXPECT_TRUE(tickedDuringWork);
+    EXPECT_NE(worker, std::this_thread::get_id());
+    EXPECT_GE(clock.elapsed(), 300);
+    EXPECT_THROW(rqshell::runWhileWaiting([] { throw std::runtime_error("read"); }, 0),
+                 std::runtime_error);
+}
+
+// The window that takes over a project read before it existed shows and does
+// what opening the same directory from the window does: the messages in their
+// order, the tree, the title, the recent list, and the failures of a directory
+// that is no project or whose required file does not read.
+TEST_F(Fixture, ProjectReadBeforeTheWindowOpensAsTheWindowWould) {
+    rqtest::TempDir dir;
+    for (const char* name : {"good", "broken"})
+        std::filesystem::copy(std::string(std::getenv("RQ_SOURCE_DIR")) + "/data/examples/demo",
+                              dir.path() / name, std::filesystem::copy_options::recursive);
+    rqtest::writeFile(dir.path() / "good/rtdb.xml",
+                      "<rtdbs><rtdb name=\"a\"/><rtdb name=\"a\"/></rtdbs>");
+    rqtest::writeFile(dir.path() / "good/alarm.xml", "not xml");
+    rqtest::writeFile(dir.path() / "broken/hmiwindow.xml", "<other/>");
+    std::filesystem::create_directories(dir.path() / "empty");
+    auto treeLines = [](const QTreeWidget& tree) {
+        std::string out;
+        std::function<void(const QTreeWidgetItem*, int)> walk = [&](auto* item, int depth) {
+            out += std::string(depth, ' ') + str(item->text(0)) + "\n";
+            for (int i = 0; i < item->childCount(); ++i)
+                walk(item->child(i), depth + 1);
+        };
+        for (int i = 0; i < tree.topLevelItemCount(); ++i)
+            walk(tree.topLevelItem(i), 0);
+        return out;
+    };
+    for (const char* name : {"good", "empty", "broken"}) {
+        SCOPED_TRACE(name);
+        const std::string project = dir.file(name);
+        rqtest::RecordingSink byWindow, byAhead;
+        CMainFrame window(catalogs, rqtest::programDir(), &byWindow);
+        const bool opened = window.openProjectDirectory(QString::fromStdString(project));
+        const QStringList recent = window.recentFiles();
+        window.removeRecent(project);
+
+        rq::OpenAhead ahead;
+        auto read = std::make_unique<rq::Project>(catalogs, silent);
+        std::thread::id reader;
+        rqshell::runWhileWaiting(
+            [&] {
+                reader = std::this_thread::get_id();
+                rq::readAhead(read->doc, project, ahead);
+            },
+            0);
+        EXPECT_NE(reader, std::this_thread::get_id());
+        CMainFrame taking(catalogs, rqtest::programDir(), &byAhead, nullptr, std::move(read));
+        EXPECT_EQ(taking.finishOpen(ahead), opened);
+        EXPECT_EQ(opened, std::string(name) == "good");
+        ASSERT_EQ(byAhead.texts(), byWindow.texts());
+        EXPECT_EQ(byAhead.texts().size(), opened ? 2u : 1u);
+        for (size_t i = 0; i < byWindow.entries.size(); ++i)
+            EXPECT_EQ(byAhead.entries[i].icon, byWindow.entries[i].icon);
+        EXPECT_EQ(taking.recentFiles(), recent);
+        EXPECT_EQ(treeLines(taking.tree()), treeLines(window.tree()));
+        EXPECT_EQ(str(taking.windowTitle()), str(window.windowTitle()));
+        EXPECT_EQ(taking.project().model().projectDirectory,
+                  window.project().model().projectDirectory);
+        EXPECT_EQ(&taking.project().doc.sink(), &byAhead);
+        taking.removeRecent(project);
+    }
 }
 
 // Two real starts, each with its own TMPDIR (where the local socket lives),
