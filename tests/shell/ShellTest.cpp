@@ -597,8 +597,9 @@ TEST_F(Fixture, ProjectReadBeforeTheWindowOpensAsTheWindowWould) {
 }
 
 // Two real starts, each with its own TMPDIR (where the local socket lives),
-// XDG_RUNTIME_DIR and settings: the second hands its relative project argument
-// to the first, which opens it (and so enters it in its recent list).
+// XDG_RUNTIME_DIR and settings: the second, mostly while the first still shows its
+// splash, hands its relative project argument to the first, which opens it after
+// its own (and so enters both in its recent list, the handed one on top).
 TEST(SecondStart, HandsItsProjectDirectoryToTheRunningOne) {
     rqtest::TempDir tmp;
     const char* source = std::getenv("RQ_SOURCE_DIR");
@@ -620,7 +621,7 @@ TEST(SecondStart, HandsItsProjectDirectoryToTheRunningOne) {
         std::filesystem::absolute(rqtest::programDir() + "/rqpdev").string());
     QProcess first;
     first.setProcessEnvironment(env);
-    first.start(program, {"--no-splash", QString::fromStdString(tmp.file("a"))});
+    first.start(program, {QString::fromStdString(tmp.file("a"))});
     ASSERT_TRUE(first.waitForStarted());
     const std::filesystem::path socket = tmp.path() / "tmp" / "RQPDev_Main";
     for (int i = 0; i < 200 && !std::filesystem::exists(socket); ++i)
@@ -635,7 +636,7 @@ TEST(SecondStart, HandsItsProjectDirectoryToTheRunningOne) {
     EXPECT_EQ(second.exitCode(), 0);
 
     const std::filesystem::path conf = tmp.path() / "config/Tessarine/RQPDev.conf";
-    const std::string wanted = "File1=" + tmp.file("b");
+    const std::string wanted = "File1=" + tmp.file("b") + "\nFile2=" + tmp.file("a");
     bool opened = false;
     for (int i = 0; i < 200 && !opened; ++i) {
         QThread::msleep(50);
