@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <future>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -91,6 +92,11 @@ static std::string writeTarget(const std::string& path) {
 }
 
 bool writeFileAtomic(const std::string& given, std::string_view bytes, std::string* error) {
+    return writeFileAtomic(given, bytes, error, nullptr);
+}
+
+bool writeFileAtomic(const std::string& given, std::string_view bytes, std::string* error,
+                     const std::function<bool(std::string*)>& check) {
     // A file-size limit must give an error, not kill the program in the middle of
     // a save.
     static const bool xfszIgnored = [] {
@@ -98,7 +104,18 @@ bool writeFileAtomic(const std::string& given, std::string_view bytes, std::stri
         return true;
     }();
     (void)xfszIgnored;
+    // The check reads the bytes on another thread while they are written; what it
+    // refuses never replaces the file, and its reason comes before a write's.
+    std::string refused;
+    std::future<bool> checked;
+    if (check)
+        checked = std::async(std::launch::async, check, &refused);
     auto fail = [&](const std::string& what, int err) {
+        if (checked.valid() && !checked.get()) {
+            if (error)
+                *error = refused;
+            return false;
+        }
         if (error)
             *error = what + ": " + std::strerror(err);
         return false;
@@ -141,6 +158,12 @@ bool writeFileAtomic(const std::string& given, std::string_view bytes, std::stri
         int err = errno;
         ::unlink(temp.c_str());
         return fail("cannot write", err);
+    }
+    if (checked.valid() && !checked.get()) {
+        ::unlink(temp.c_str());
+        if (error)
+            *error = refused;
+        return false;
     }
     if (::rename(temp.c_str(), path.c_str()) != 0) {
         int err = errno;

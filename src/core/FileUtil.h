@@ -1,6 +1,7 @@
 #pragma once
 // Paths, directories and whole-file writing.
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,11 @@ bool makeDirectory(const std::string& path);
 // the target, so the target is either the old file or the whole new one. False
 // with a reason in *error.
 bool writeFileAtomic(const std::string& path, std::string_view bytes, std::string* error);
+// The same with a check of the bytes, run on another thread while they are being
+// written: the new file replaces the target only when the check passes; otherwise
+// the target stays as it was and *error holds the check's reason.
+bool writeFileAtomic(const std::string& path, std::string_view bytes, std::string* error,
+                     const std::function<bool(std::string* reason)>& check);
 bool readWholeFile(const std::string& path, std::string& bytes, std::string* error);
 // The same for a file that must be a regular file once links are followed: a FIFO,
 // a device or a directory is refused with a reason (and never opened for reading,

@@ -3,9 +3,7 @@
 #include "core/FileUtil.h"
 #include "core/ProjectFile.h"
 #include "core/RecordingSink.h"
-#include "core/TextEncoding.h"
-
-#include "core/XmlStream.h"
+#include "core/SectionSave.h"
 
 #include <algorithm>
 #include <atomic>
@@ -305,21 +303,9 @@ std::string ProjectDocument::sectionText(int index) const {
 
 bool ProjectDocument::saveSection(int index, const std::string& dir, std::string* error) {
     model_.currentSection = index;
-    std::string text = sectionText(index);
-    const std::string path = joinPath(dir, kSectionFiles[index]);
-    if (!isAscii(text) && !deviceCodePageIsUtf8())
-        text = toDeviceXml(text);
-    // The writers store most values unescaped: a file that its own reader would
-    // refuse is never written over the old one.
-    std::string why;
-    if (!checkXmlWellFormed(text, path, &why)) {
-        if (error)
-            *error = "not saved, the file on disk is kept: the section holds a value with '\"', "
-                     "'<' or '&', which the file cannot store (" +
-                     why + ")";
-        return false;
-    }
-    return writeFileAtomic(path, text, error);
+    // The file as it is now tells how big the new one will be, near enough.
+    const std::uintmax_t old = fileBytes(joinPath(dir, kSectionFiles[index]));
+    return writeSectionFile(index, dir, sectionFileBytes(*this, index, old + old / 8), error);
 }
 
 SaveReport ProjectDocument::saveAll() {

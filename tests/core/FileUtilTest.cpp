@@ -62,6 +62,25 @@ TEST(WriteFileAtomic, AFileSizeLimitIsAnErrorNotADeath) {
     EXPECT_EQ(dotFiles(dir.path()), 0);
 }
 
+TEST(WriteFileAtomic, ReplacesTheFileOnlyWhenTheCheckPasses) {
+    TempDir dir;
+    writeFile(dir.path() / "rtdb.xml", "old");
+    for (const bool passes : {false, true}) {
+        std::string error, seen;
+        const bool written =
+            writeFileAtomic(dir.file("rtdb.xml"), "new", &error, [&](std::string* reason) {
+                seen = readFile(dir.path() / "rtdb.xml"); // the old file, while writing
+                *reason = "refused";
+                return passes;
+            });
+        EXPECT_EQ(written, passes);
+        EXPECT_EQ(seen, "old");
+        EXPECT_EQ(error, passes ? "" : "refused");
+        EXPECT_EQ(readFile(dir.path() / "rtdb.xml"), passes ? "new" : "old");
+        EXPECT_EQ(dotFiles(dir.path()), 0);
+    }
+}
+
 TEST(StorableValue, NamesTheFieldAndTheCharacters) {
     EXPECT_FALSE(checkStorableValue("Project Name", "Tank A (R-1) > 2").has_value());
     auto m = checkStorableValue("Project Name", "Tank \"A\" R&D");
