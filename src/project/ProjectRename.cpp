@@ -2,11 +2,14 @@
 
 #include "core/DataTypes.h"
 #include "core/FileUtil.h"
-#include "core/TextEncoding.h"
+#include "core/SectionSave.h"
 #include "project/ProjectRefs.h"
 #include "sections/rtdb/RtdbForms.h"
 
+#include <array>
+#include <future>
 #include <set>
+#include <vector>
 
 namespace rq {
 
@@ -37,14 +40,6 @@ void renameAliasTargets(DataNode& node, const std::string& from, const std::stri
     }
     for (std::size_t i = 0; i < node.childCount(); ++i)
         renameAliasTargets(node.child(i), from, to);
-}
-
-// The bytes Save writes for section `index`.
-std::string savedBytes(const Project& project, int index) {
-    std::string text = project.doc.sectionText(index);
-    if (!isAscii(text) && !deviceCodePageIsUtf8())
-        text = toDeviceXml(text);
-    return text;
 }
 
 DataForm formOf(const DataItem& item, const std::string& name) {
@@ -89,23 +84,38 @@ std::optional<std::string> renameRealtimeData(Project& project, const std::strin
                " (a save would drop it; run 'rqpcli resave' first; nothing is changed)";
     }
 
-    const RefIndex refs(refSectionsOf(project));
-    std::set<int> changed = {1};
-    for (const RefUse* use : refs.usesOf(db, data))
-        for (int i = 1; i < kSectionCount; ++i)
-            if (std::string_view(kSectionFiles[i]) == use->file)
-                changed.insert(i);
     // Only the renamed names may differ: a file that a save would change anyway
-    // (written by another program, older layout) is left to 'resave'.
+    // (written by another program, older layout) is left to 'resave'. rtdb.xml,
+    // which always changes, is compared while the uses are looked up, the other
+    // files side by side after.
     const std::string& dir = project.model().projectDirectory;
-    for (int i : changed) {
+    std::array<std::size_t, kSectionCount> sizes{}; // of the files on disk
+    auto asSaved = [&](int i) {
         std::string disk, error;
-        const std::string path = joinPath(dir, kSectionFiles[i]);
-        if (!readWholeFile(path, disk, &error) || disk != savedBytes(project, i))
-            return std::string(kSectionFiles[i]) +
+        const bool same = readWholeFile(joinPath(dir, kSectionFiles[i]), disk, &error) &&
+                          disk == sectionFileBytes(project.doc, i, disk.size());
+        sizes[i] = disk.size();
+        return same;
+    };
+    std::future<bool> rtdbAsSaved = std::async(std::launch::async, asSaved, 1);
+    const RefIndex refs(refSectionsOf(project));
+    std::set<int> others;
+    for (const RefUse* use : refs.usesOf(db, data))
+        for (int i = 2; i < kSectionCount; ++i)
+            if (std::string_view(kSectionFiles[i]) == use->file)
+                others.insert(i);
+    const std::vector<int> checked(others.begin(), others.end());
+    const std::vector<bool> othersAsSaved =
+        sideBySide(checked.size(), [&](std::size_t k) { return asSaved(checked[k]); });
+    std::vector<int> changed = {1};
+    std::vector<bool> same = {rtdbAsSaved.get()};
+    changed.insert(changed.end(), checked.begin(), checked.end());
+    same.insert(same.end(), othersAsSaved.begin(), othersAsSaved.end());
+    for (std::size_t k = 0; k < changed.size(); ++k)
+        if (!same[k])
+            return std::string(kSectionFiles[changed[k]]) +
                    ": a save would change more than the renamed names; run 'rqpcli resave' "
                    "first; nothing is changed";
-    }
 
     DataItem renamed = holder->item(index);
     const bool isData = !renamed.isAlias();
@@ -118,16 +128,26 @@ std::optional<std::string> renameRealtimeData(Project& project, const std::strin
         project.doc.markSectionEdited(i);
 
     // The new name holds nothing that keeps a file from reading back, so only a
-    // write can fail here; the message then names the files already written.
-    std::string written;
-    for (int i : changed) {
-        std::string error;
-        if (!project.doc.saveSection(i, dir, &error))
-            return joinPath(dir, kSectionFiles[i]) + ": " + error +
-                   (written.empty() ? std::string("; nothing is changed")
-                                    : "; already written with the new name:" + written);
-        written += std::string(" ") + kSectionFiles[i];
+    // write can fail here; the message then names the files written all the same.
+    std::vector<std::string> errors(changed.size());
+    const std::vector<bool> saved = sideBySide(changed.size(), [&](std::size_t k) {
+        const std::size_t size = sizes[changed[k]];
+        return writeSectionFile(changed[k], dir,
+                                sectionFileBytes(project.doc, changed[k], size + size / 8),
+                                &errors[k]);
+    });
+    project.model().currentSection = changed.back();
+    std::string failures, written;
+    for (std::size_t k = 0; k < changed.size(); ++k) {
+        if (saved[k])
+            written += std::string(" ") + kSectionFiles[changed[k]];
+        else
+            failures += (failures.empty() ? "" : "; ") + joinPath(dir, kSectionFiles[changed[k]]) +
+                        ": " + errors[k];
     }
+    if (!failures.empty())
+        return failures + (written.empty() ? std::string("; nothing is changed")
+                                           : "; already written with the new name:" + written);
     project.model().modified = false;
     return std::nullopt;
 }

@@ -174,4 +174,5 @@ TEST(RqpcliRename, ChangesOnlyTheRenamedNames) {
     r = rqpcli("rename " + demo + " plant.Tank1_Lvl Tank1_Level 2>&1");
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.out.find("param.xml: a save would change more"), std::string::npos) << r.out;
+    EXPECT_NE(rqtest::readFile(fs::path(demo) / "rtdb.xml").find("Tank1_Lvl"), std::string::npos);
 }
