@@ -1,7 +1,7 @@
 #include "exchange/ProjectExchange.h"
 
 #include "core/FileUtil.h"
-#include "core/TextEncoding.h"
+#include "core/SectionSave.h"
 #include "project/Project.h"
 #include "sections/alarm/AlarmCsv.h"
 #include "sections/datalog/DataLogCsv.h"
@@ -10,6 +10,8 @@
 #include "sections/hmidb/HmiDbCsv.h"
 #include "sections/param/ParamCsv.h"
 #include "sections/rtdb/RtdbCsv.h"
+
+#include <future>
 
 namespace rq {
 
@@ -46,18 +48,6 @@ std::unique_ptr<TableExchange> makeSectionTable(Project& project, std::string_vi
     return nullptr;
 }
 
-namespace {
-
-// The bytes Save writes for section `index`.
-std::string savedBytes(const Project& project, int index) {
-    std::string text = project.doc.sectionText(index);
-    if (!isAscii(text) && !deviceCodePageIsUtf8())
-        text = toDeviceXml(text);
-    return text;
-}
-
-} // namespace
-
 TableMerge mergeSectionText(Project& project, std::string_view section, std::string_view csvText,
                             bool replace) {
     TableMerge merge;
@@ -76,7 +66,21 @@ ImportResult importSection(Project& project, std::string_view section, std::stri
                            const ImportOptions& options) {
     ImportResult result;
     const int index = tableSectionIndex(section);
+    const std::string& dir = project.model().projectDirectory;
+    const std::string file = index > 0 ? kSectionFiles[index] : "";
+    // Only the imported rows may differ: a file that a save would change anyway
+    // (written by another program, an older layout) is left to 'resave'. The
+    // comparison looks at the section as it is before the import, which the parse
+    // and the merge only read, so it runs beside them.
+    std::future<bool> fileAsSaved;
+    if (index > 0 && !options.dryRun && !project.doc.sectionUnreadable(index))
+        fileAsSaved = std::async(std::launch::async, [&project, index, path = joinPath(dir, file)] {
+            std::string disk, why;
+            return !readWholeFile(path, disk, &why) ||
+                   disk == sectionFileBytes(project.doc, index, disk.size());
+        });
     result.merge = mergeSectionText(project, section, csvText, options.replace);
+    const bool asSaved = fileAsSaved.valid() && fileAsSaved.get();
     if (!result.merge.ok())
         return result;
     if (!result.merge.refused.empty() && !options.skipInvalid) {
@@ -87,22 +91,18 @@ ImportResult importSection(Project& project, std::string_view section, std::stri
     if (options.dryRun || !result.merge.changes())
         return result;
 
-    const std::string& dir = project.model().projectDirectory;
-    const std::string file = kSectionFiles[index];
     if (project.doc.sectionUnreadable(index)) {
         result.error = file + " could not be read when the project was opened; nothing is written";
         return result;
     }
-    // Only the imported rows may differ: a file that a save would change anyway
-    // (written by another program, an older layout) is left to 'resave'.
-    std::string disk, why;
-    if (readWholeFile(joinPath(dir, file), disk, &why) && disk != savedBytes(project, index)) {
+    if (!asSaved) {
         result.error = file + ": a save would change more than the imported rows; run 'rqpcli "
                               "resave' first; nothing is written";
         return result;
     }
     result.merge.step->redo();
     project.doc.markSectionEdited(index);
+    std::string why;
     if (!project.doc.saveSection(index, dir, &why)) {
         result.merge.step->undo();
         result.error = joinPath(dir, file) + ": " + why + "; nothing is written";

@@ -1,7 +1,7 @@
 #include "exchange/TableMerge.h"
 
-#include <map>
-#include <unordered_map>
+#include <functional>
+#include <string_view>
 
 namespace rq {
 
@@ -16,6 +16,63 @@ std::string keyOf(const CsvRow& row, const std::vector<std::size_t>& keyColumns)
     }
     return key;
 }
+
+constexpr std::size_t kNone = TableExchange::kNewRow;
+
+// The section's rows by key, in order: for each key the first of its rows that no
+// row of the file has stood for yet. Open addressing over the rows' keys, which
+// must outlive the table.
+class RowsByKey {
+public:
+    explicit RowsByKey(const std::vector<std::string>& keys)
+        : keys_(keys), after_(keys.size(), kNone) {
+        std::size_t size = 16;
+        while (size < 2 * keys.size())
+            size *= 2;
+        slots_.resize(size);
+        // Backwards, so that each key ends with its first row, the others chained.
+        for (std::size_t i = keys.size(); i-- > 0;) {
+            const std::size_t h = hash(keys[i]);
+            Slot& slot = find(keys[i], h);
+            if (slot.row != kNone)
+                after_[i] = slot.next;
+            slot.row = i;
+            slot.hash = h;
+            slot.next = i;
+        }
+    }
+    // The next row of the key not stood for (kNone when there is none); `take`
+    // marks it stood for.
+    std::size_t next(std::string_view key) {
+        const Slot& slot = find(key, hash(key));
+        return slot.row == kNone ? kNone : slot.next;
+    }
+    void take(std::size_t row) {
+        Slot& slot = find(keys_[row], hash(keys_[row]));
+        slot.next = after_[row];
+    }
+
+private:
+    struct Slot {
+        std::size_t row = kNone; // a row with the key (none: the slot is free)
+        std::size_t next = kNone;
+        std::size_t hash = 0;
+    };
+    static std::size_t hash(std::string_view key) { return std::hash<std::string_view>{}(key); }
+    // The key's slot, or the free slot where it would go.
+    Slot& find(std::string_view key, std::size_t h) {
+        const std::size_t mask = slots_.size() - 1;
+        for (std::size_t at = h & mask;; at = (at + 1) & mask) {
+            Slot& slot = slots_[at];
+            if (slot.row == kNone || (slot.hash == h && keys_[slot.row] == key))
+                return slot;
+        }
+    }
+
+    const std::vector<std::string>& keys_;
+    std::vector<std::size_t> after_; // the next row with the same key
+    std::vector<Slot> slots_;
+};
 
 std::string joinColumns(const std::vector<std::string>& columns) {
     std::string text;
@@ -70,12 +127,10 @@ TableMerge mergeTable(TableExchange& table, const std::vector<CsvRecord>& record
 
     const std::vector<std::size_t> keyColumns = table.keyColumns();
     const std::vector<CsvRow> existing = table.rows();
-    // Each key's rows of the section, in order, and how many the file has used.
-    std::unordered_map<std::string, std::vector<std::size_t>> byKey;
-    byKey.reserve(existing.size());
+    std::vector<std::string> keys(existing.size());
     for (std::size_t i = 0; i < existing.size(); ++i)
-        byKey[keyOf(existing[i], keyColumns)].push_back(i);
-    std::unordered_map<std::string, std::size_t> used;
+        keys[i] = keyOf(existing[i], keyColumns);
+    RowsByKey byKey(keys);
     std::vector<bool> matched(existing.size(), false);
 
     CsvRow row(columns.size());
@@ -89,36 +144,29 @@ TableMerge mergeTable(TableExchange& table, const std::vector<CsvRecord>& record
         }
         for (std::size_t c = 0; c < columns.size(); ++c)
             row[c] = record.fields[from[c]];
-        const std::string key = keyOf(row, keyColumns);
-        std::size_t target = TableExchange::kNewRow;
-        auto it = byKey.find(key);
-        std::size_t* count = nullptr;
-        if (it != byKey.end()) {
-            count = &used[key];
-            if (*count < it->second.size())
-                target = it->second[*count];
-        }
-        if (target != TableExchange::kNewRow && existing[target] == row) {
-            ++merge.unchanged;
+        const std::size_t target = byKey.next(keyOf(row, keyColumns));
+        // The file's row stands for that row of the section.
+        auto standFor = [&] {
             matched[target] = true;
-            ++*count;
+            byKey.take(target);
+        };
+        if (target != kNone && existing[target] == row) {
+            ++merge.unchanged;
+            standFor();
             continue;
         }
         bool same = false;
         if (auto message = table.take(row, target, &same)) {
             merge.refused.push_back({record.line, *message});
             // The row it stands for stays as it is, also with `replace`.
-            if (target != TableExchange::kNewRow) {
-                matched[target] = true;
-                ++*count;
-            }
+            if (target != kNone)
+                standFor();
             continue;
         }
-        if (target == TableExchange::kNewRow) {
+        if (target == kNone) {
             ++merge.added;
         } else {
-            matched[target] = true;
-            ++*count;
+            standFor();
             ++(same ? merge.unchanged : merge.changed);
         }
     }

@@ -144,6 +144,7 @@ TEST(SectionTables, DemoRoundTripsAndMergesLikeTheDialogs) {
         ImportResult applied = importSection(demo.project, c.section, edited, skip);
         ASSERT_TRUE(applied.error.empty()) << applied.error;
         EXPECT_TRUE(applied.written);
+        const std::string written = demo.project.doc.sectionText(index);
         EXPECT_EQ(applied.merge.added, 1u);
         EXPECT_EQ(applied.merge.changed, *c.from ? 1u : 0u);
         // Unchanged rows keep their place, the new row comes last in its list.
@@ -152,9 +153,15 @@ TEST(SectionTables, DemoRoundTripsAndMergesLikeTheDialogs) {
                   *c.from ? patched(exported, c.from, c.to) : exported);
         EXPECT_EQ(importSection(demo.project, c.section, again, {}).merge.unchanged, c.rows + 1);
 
-        // Undo gives the file's bytes back; --replace removes what the file lacks.
+        // Undo gives the file's bytes back, redo the written ones, as often as
+        // asked; --replace removes what the file lacks.
+        for (int round = 0; round < 2; ++round) {
+            applied.merge.step->undo();
+            EXPECT_EQ(demo.project.doc.sectionText(index), original);
+            applied.merge.step->redo();
+            EXPECT_EQ(demo.project.doc.sectionText(index), written);
+        }
         applied.merge.step->undo();
-        EXPECT_EQ(demo.project.doc.sectionText(index), original);
         ImportOptions replace;
         replace.replace = true;
         replace.dryRun = true;
@@ -199,4 +206,24 @@ TEST(SectionTables, RefusesWrongHeadersAndRowsThatNameNoList) {
         EXPECT_EQ(got, c.error);
         EXPECT_FALSE(r.written);
     }
+}
+
+TEST(SectionTables, ImportLeavesAFileThatASaveWouldChangeOtherwise) {
+    // Another program wrote the file since the open (or wrote it in another
+    // layout): the import writes nothing and the file keeps its bytes.
+    Demo demo;
+    const std::string exported = exportTable(*makeSectionTable(demo.project, "rtdb"));
+    const std::string edited =
+        patched(exported, "Tank1_Temp,float,4,20,", "Tank1_Temp,float,4,25,");
+    const fs::path rtdb = fs::path(demo.path) / "rtdb.xml";
+    const std::string other = demo.file("rtdb") + "\r\n";
+    rqtest::writeFile(rtdb, other);
+    ImportResult r = importSection(demo.project, "rtdb", edited, {});
+    EXPECT_EQ(r.merge.changed, 1u);
+    EXPECT_FALSE(r.written);
+    EXPECT_NE(r.error.find("rtdb.xml: a save would change more than the imported rows"),
+              std::string::npos)
+        << r.error;
+    EXPECT_EQ(demo.file("rtdb"), other);
+    EXPECT_EQ(exportTable(*makeSectionTable(demo.project, "rtdb")), exported);
 }

@@ -5,6 +5,7 @@
 #include "sections/rtdb/RtdbForms.h"
 
 #include <map>
+#include <optional>
 #include <set>
 
 namespace rq {
@@ -13,25 +14,65 @@ namespace {
 
 enum Column { kDatabase, kGroupPath, kName, kType, kLength, kInit, kAlias, kDescription };
 
-// The item lists of some nodes swapped with new ones (see SwapItemLists).
-class SwapNodeItems : public EditCommand {
+// The merge's changes to the item lists of some nodes. A node that only has rows
+// replaced and added is changed in place, its name index updated for those rows
+// alone; a node that loses rows has its whole list swapped with the merged one.
+class MergeNodeItems : public EditCommand {
 public:
-    explicit SwapNodeItems(const std::string& name) : EditCommand(name, kRtdbSectionIndex) {}
-    void add(DataNode* node, std::vector<DataItem> items) {
-        lists_.emplace_back(node, std::move(items));
+    explicit MergeNodeItems(const std::string& name) : EditCommand(name, kRtdbSectionIndex) {}
+    // Rows replaced in their places (each with the other version of its row) and
+    // rows added at the end.
+    void change(DataNode* node, std::vector<std::pair<std::size_t, DataItem>> replaced,
+                std::vector<DataItem> added) {
+        edits_.push_back({node, std::move(replaced), std::move(added), node->itemCount(), {}});
     }
-    bool empty() const { return lists_.empty(); }
+    // The node's whole list, to be swapped with the node's.
+    void swap(DataNode* node, std::vector<DataItem> items) {
+        edits_.push_back({node, {}, {}, 0, std::move(items)});
+    }
+    bool empty() const { return edits_.empty(); }
     void redo() override {
-        for (auto& [node, other] : lists_) {
-            std::vector<DataItem> taken = node->takeItemsFrom(0);
-            node->appendItems(std::move(other));
-            other = std::move(taken);
+        for (Edit& e : edits_) {
+            if (e.whole) {
+                swapWhole(e);
+                continue;
+            }
+            swapReplaced(e);
+            e.node->appendItems(e.added);
         }
     }
-    void undo() override { redo(); }
+    void undo() override {
+        for (auto it = edits_.rbegin(); it != edits_.rend(); ++it) {
+            if (it->whole) {
+                swapWhole(*it);
+                continue;
+            }
+            it->node->truncateItems(it->count);
+            swapReplaced(*it);
+        }
+    }
 
 private:
-    std::vector<std::pair<DataNode*, std::vector<DataItem>>> lists_;
+    struct Edit {
+        DataNode* node;
+        std::vector<std::pair<std::size_t, DataItem>> replaced;
+        std::vector<DataItem> added;
+        std::size_t count; // the node's rows before the added ones
+        std::optional<std::vector<DataItem>> whole;
+    };
+    static void swapWhole(Edit& e) {
+        std::vector<DataItem> taken = e.node->takeItemsFrom(0);
+        e.node->appendItems(std::move(*e.whole));
+        e.whole = std::move(taken);
+    }
+    static void swapReplaced(Edit& e) {
+        for (auto& [pos, item] : e.replaced) {
+            DataItem other = e.node->item(pos);
+            e.node->setItem(pos, std::move(item));
+            item = std::move(other);
+        }
+    }
+    std::vector<Edit> edits_;
 };
 
 std::string groupPath(const DataNode& node) {
@@ -122,15 +163,18 @@ public:
     }
 
     std::unique_ptr<EditCommand> step(const std::string& name) override {
-        auto swap = std::make_unique<SwapNodeItems>(name);
+        auto step = std::make_unique<MergeNodeItems>(name);
         for (auto& [node, c] : changes_) {
-            swap->add(node, mergedRows(node->items(), c.replaced, c.dropped, c.added));
+            if (c.dropped.empty())
+                step->change(node, std::move(c.replaced), std::move(c.added));
+            else
+                step->swap(node, mergedRows(node->items(), c.replaced, c.dropped, c.added));
         }
         changes_.clear();
         added_.clear();
-        if (swap->empty())
+        if (step->empty())
             return nullptr;
-        return swap;
+        return step;
     }
 
 private:
