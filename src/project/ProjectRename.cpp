@@ -98,7 +98,7 @@ std::optional<std::string> renameRealtimeData(Project& project, const std::strin
         return same;
     };
     std::future<bool> rtdbAsSaved = std::async(std::launch::async, asSaved, 1);
-    const RefIndex refs(refSectionsOf(project));
+    const RefIndex refs(refSectionsOf(project), db, data);
     std::set<int> others;
     for (const RefUse* use : refs.usesOf(db, data))
         for (int i = 2; i < kSectionCount; ++i)

@@ -65,6 +65,8 @@ std::pair<std::string_view, std::string_view> RefIndex::itemOf(const RefUse& use
 
 void RefIndex::add(RefUse use) {
     auto [db, data] = itemOf(use);
+    if (only_ && (db != onlyDb_ || data != onlyData_))
+        return;
     byItem_[key(db, data)].push_back(static_cast<std::uint32_t>(uses_.size()));
     uses_.push_back(std::move(use));
 }

@@ -61,6 +61,12 @@ class RefIndex {
 public:
     RefIndex() = default;
     explicit RefIndex(const RefSections& sections) { build(sections); }
+    // Only the uses of DB.DATA, for a rename of that one item; build() then keeps
+    // only those too.
+    RefIndex(const RefSections& sections, std::string_view db, std::string_view data)
+        : only_(true), onlyDb_(db), onlyData_(data) {
+        build(sections);
+    }
     // Replaces the index with every use in `sections`, in file order.
     void build(const RefSections& sections);
 
@@ -85,6 +91,8 @@ private:
         }
     };
     void add(RefUse use);
+    bool only_ = false; // keeps only the uses of onlyDb_.onlyData_
+    std::string onlyDb_, onlyData_;
     std::vector<RefUse> uses_;
     std::unordered_map<std::string, std::vector<std::uint32_t>, Hash, std::equal_to<>> byItem_;
 };
