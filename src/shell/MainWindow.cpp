@@ -646,7 +646,7 @@ std::optional<std::pair<std::string, std::string>> CMainFrame::selectedDataItem(
     std::optional<std::size_t> row = rq::firstSelectedRow(view_->selectedRows(), node->itemCount());
     if (!row)
         return std::nullopt;
-    return std::make_pair(node->database()->name(), node->item(*row).name);
+    return std::make_pair(node->database()->name(), node->item(*row).name.str());
 }
 
 void CMainFrame::findReferences() {

@@ -12,7 +12,7 @@ RtdbEditResult deleteData(const RtdbEditor& ed, DataNode* selected,
     names.reserve(rows.size());
     for (std::size_t row : rows)
         if (row < selected->itemCount())
-            names.push_back(selected->item(row).name);
+            names.push_back(selected->item(row).name.str());
     if (ed.refs && !confirmDeleteUses(ed, usesOfItems(*ed.refs, *selected, names)))
         return {};
     if (!confirmDelete(ed.sink, rtdbtext::kDeleteData))

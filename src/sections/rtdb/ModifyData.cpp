@@ -13,7 +13,7 @@ RtdbEditResult modifyData(const RtdbEditor& ed, DataNode* selected,
     if (!row)
         return {};
     // The item is found by the name that the row shows.
-    const std::string shown = selected->item(*row).name;
+    const std::string shown = selected->item(*row).name.str();
     int index = selected->findItem(shown);
     if (index < 0)
         return {};
@@ -43,7 +43,7 @@ RtdbEditResult modifyData(const RtdbEditor& ed, DataNode* selected,
     }
     if (item == selected->item(at))
         return {};
-    const std::string oldName = selected->item(at).name, newName = item.name;
+    const std::string oldName = selected->item(at).name.str(), newName = item.name.str();
     pushDataRename(
         ed, *selected, oldName, newName,
         std::make_unique<ReplaceDataItem>("Modify Data", *selected, at, std::move(item)));

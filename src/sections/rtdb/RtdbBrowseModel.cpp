@@ -58,11 +58,11 @@ std::string_view RtdbBrowseModel::cell(std::size_t row, int column) const {
         return i < 0 ? std::string_view() : std::string_view(DataTypeTable::row(i).shown);
     }
     case kBrowseDescription:
-        return item.isAlias() ? std::string_view() : item.description;
+        return item.isAlias() ? std::string_view() : item.description.view();
     case kBrowseLength:
-        return item.isAlias() ? std::string_view() : item.length;
+        return item.isAlias() ? std::string_view() : item.length.view();
     case kBrowseInit:
-        return item.isAlias() ? std::string_view() : item.init;
+        return item.isAlias() ? std::string_view() : item.init.view();
     case kBrowseAlias:
         return item.isAlias() ? std::string_view(item.target) : std::string_view();
     default:
@@ -73,7 +73,7 @@ std::string_view RtdbBrowseModel::cell(std::size_t row, int column) const {
 std::optional<DataRef> RtdbBrowseModel::reference(std::size_t row) const {
     if (row >= rows_.size())
         return std::nullopt;
-    return DataRef{dbname_, rowItem(row).name};
+    return DataRef{dbname_, rowItem(row).name.str()};
 }
 
 } // namespace rq

@@ -138,9 +138,9 @@ public:
         DataItem item = itemFromForm(form);
         if (existing == kNewRow) {
             std::set<std::string>& added = added_[database];
-            if (database->nameInUse(item.name) || added.count(item.name))
+            if (database->nameInUse(item.name) || added.count(item.name.str()))
                 return std::string(rtdbtext::kDataExists);
-            added.insert(item.name);
+            added.insert(item.name.str());
             changes_[node].added.push_back(std::move(item));
             return std::nullopt;
         }
@@ -202,10 +202,10 @@ private:
         for (std::size_t i = 0; i < node.itemCount(); ++i) {
             const DataItem& item = node.item(i);
             if (item.isAlias())
-                out.push_back({db, path, item.name, "", "", "", item.target, ""});
+                out.push_back({db, path, item.name.str(), "", "", "", item.target.str(), ""});
             else
-                out.push_back(
-                    {db, path, item.name, item.type, item.length, item.init, "", item.description});
+                out.push_back({db, path, item.name.str(), item.type.str(), item.length.str(),
+                               item.init.str(), "", item.description.str()});
             places_.emplace_back(&node, i);
         }
     }

@@ -5,7 +5,7 @@
 namespace rq {
 
 namespace {
-std::string_view shownType(const std::string& keyword) {
+std::string_view shownType(std::string_view keyword) {
     int i = DataTypeTable::indexOfKeyword(keyword);
     return i < 0 ? std::string_view() : std::string_view(DataTypeTable::row(i).shown);
 }

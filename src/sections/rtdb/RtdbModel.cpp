@@ -5,8 +5,8 @@
 
 namespace rq {
 
-DataItem DataItem::makeData(std::string name, std::string type, std::string length,
-                            std::string init, std::string description) {
+DataItem DataItem::makeData(SharedText name, SharedText type, SharedText length, SharedText init,
+                            SharedText description) {
     DataItem item;
     item.kind = DataItemKind::Data;
     item.name = std::move(name);
@@ -17,7 +17,7 @@ DataItem DataItem::makeData(std::string name, std::string type, std::string leng
     return item;
 }
 
-DataItem DataItem::makeAlias(std::string name, std::string target) {
+DataItem DataItem::makeAlias(SharedText name, SharedText target) {
     DataItem item;
     item.kind = DataItemKind::Alias;
     item.name = std::move(name);
@@ -27,26 +27,89 @@ DataItem DataItem::makeAlias(std::string name, std::string target) {
 
 // ---- RtdbNameIndex ----
 
-const RtdbNameUse* RtdbNameIndex::find(std::string_view name) const {
-    auto it = map_.find(name);
-    return it == map_.end() ? nullptr : &it->second;
+std::uint32_t RtdbNameIndex::hashOf(std::string_view name) {
+    const std::size_t h = TextHash{}(name);
+    return static_cast<std::uint32_t>(h ^ (h >> 32));
 }
 
-RtdbNameUse& RtdbNameIndex::use(const std::string& name) {
-    auto it = map_.find(std::string_view(name));
-    if (it != map_.end())
-        return it->second;
-    return map_.emplace(name, RtdbNameUse{}).first->second;
+std::size_t RtdbNameIndex::probe(std::string_view name, std::uint32_t hash) const {
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+        const Slot& s = slots_[i];
+        if (s.use.total() == 0 || (s.hash == hash && s.key == name))
+            return i;
+    }
+}
+
+const RtdbNameUse* RtdbNameIndex::find(std::string_view name) const {
+    if (count_ == 0)
+        return nullptr;
+    const Slot& s = slots_[probe(name, hashOf(name))];
+    return s.use.total() == 0 ? nullptr : &s.use;
+}
+
+void RtdbNameIndex::clear() {
+    slots_.clear();
+    count_ = 0;
+}
+
+void RtdbNameIndex::reserve(std::size_t count) {
+    // At most three quarters full.
+    std::size_t capacity = 16;
+    while (capacity / 4 * 3 < count)
+        capacity *= 2;
+    if (capacity > slots_.size())
+        grow(capacity);
+}
+
+void RtdbNameIndex::grow(std::size_t capacity) {
+    std::vector<Slot> old = std::move(slots_);
+    slots_.clear();
+    slots_.resize(capacity);
+    for (Slot& s : old)
+        if (s.use.total() != 0)
+            slots_[probe(s.key, s.hash)] = std::move(s);
+}
+
+RtdbNameUse& RtdbNameIndex::use(const SharedText& name) {
+    reserve(count_ + 1);
+    const std::uint32_t hash = hashOf(name);
+    Slot& s = slots_[probe(name, hash)];
+    if (s.use.total() == 0) {
+        s.key = name;
+        s.hash = hash;
+        ++count_;
+    }
+    return s.use;
 }
 
 void RtdbNameIndex::drop(std::string_view name, std::uint32_t RtdbNameUse::*field) {
-    auto it = map_.find(name);
-    if (it == map_.end())
+    if (count_ == 0)
         return;
-    if (it->second.*field > 0)
-        --(it->second.*field);
-    if (it->second.total() == 0)
-        map_.erase(it);
+    std::size_t i = probe(name, hashOf(name));
+    Slot& s = slots_[i];
+    if (s.use.total() == 0)
+        return;
+    if (s.use.*field > 0)
+        --(s.use.*field);
+    if (s.use.total() != 0)
+        return;
+    // The name is gone: shift the slots after it that probed past it back, so that
+    // no look-up stops at the hole.
+    --count_;
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t j = (i + 1) & mask; slots_[j].use.total() != 0; j = (j + 1) & mask) {
+        const std::size_t home = slots_[j].hash & mask;
+        // Slot j may move to the hole at i when its home is not within (i, j].
+        const bool between = i <= j ? (home > i && home <= j) : (home > i || home <= j);
+        if (!between) {
+            slots_[i] = std::move(slots_[j]);
+            slots_[j].use = RtdbNameUse{};
+            i = j;
+        }
+    }
+    slots_[i].key = SharedText();
+    slots_[i].use = RtdbNameUse{};
 }
 
 void RtdbNameIndex::addItem(const DataItem& item) {
@@ -61,11 +124,15 @@ void RtdbNameIndex::removeItem(const DataItem& item) {
     drop(item.name, item.isAlias() ? &RtdbNameUse::alias : &RtdbNameUse::data);
 }
 
-void RtdbNameIndex::addGroup(const std::string& name) {
-    ++use(name).group;
+void RtdbNameIndex::addGroup(std::string_view name) {
+    if (const RtdbNameUse* found = find(name)) {
+        ++const_cast<RtdbNameUse*>(found)->group;
+        return;
+    }
+    ++use(SharedText(name)).group;
 }
 
-void RtdbNameIndex::removeGroup(const std::string& name) {
+void RtdbNameIndex::removeGroup(std::string_view name) {
     drop(name, &RtdbNameUse::group);
 }
 

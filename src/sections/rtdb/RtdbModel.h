@@ -10,12 +10,13 @@
 // mutating operations below keep up to date, so that the namespace test and the
 // look-up of a data name are O(1) whatever the size of the database.
 
+#include "core/SharedText.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -32,21 +33,24 @@ enum class DataItemKind : int {
     Alias = 1,
 };
 
-// One data item or alias. All fields are text, as the file holds them.
+// One data item or alias. All fields are text, as the file holds them; a project
+// holds up to millions of items whose fields are mostly empty or one of a few
+// keywords, so each field is a shared immutable text (an empty one costs nothing,
+// equal ones read from a file share one buffer).
 struct DataItem {
     DataItemKind kind = DataItemKind::Data;
-    std::string name;        // the data name; for an alias the alias name
-    std::string type;        // type keyword (data only)
-    std::string length;      // decimal text (data only)
-    std::string init;        // initial value (data only)
-    std::string target;      // the data an alias stands for (alias only)
-    std::string description; // data only
+    SharedText name;        // the data name; for an alias the alias name
+    SharedText type;        // type keyword (data only)
+    SharedText length;      // decimal text (data only)
+    SharedText init;        // initial value (data only)
+    SharedText target;      // the data an alias stands for (alias only)
+    SharedText description; // data only
 
     bool isAlias() const { return kind == DataItemKind::Alias; }
 
-    static DataItem makeData(std::string name, std::string type, std::string length,
-                             std::string init, std::string description);
-    static DataItem makeAlias(std::string name, std::string target);
+    static DataItem makeData(SharedText name, SharedText type, SharedText length, SharedText init,
+                             SharedText description);
+    static DataItem makeAlias(SharedText name, SharedText target);
 
     bool operator==(const DataItem&) const = default;
 };
@@ -60,31 +64,38 @@ struct RtdbNameUse {
     std::uint32_t total() const { return data + alias + group; }
 };
 
-// The namespace index of one database.
+// The namespace index of one database: an open-addressing table whose keys are the
+// items' own name texts (shared, not copied); group names get a text of their own.
 class RtdbNameIndex {
 public:
-    // The use of a name; null when the name is not used.
+    // The use of a name; null when the name is not used. Valid until the next change.
     const RtdbNameUse* find(std::string_view name) const;
     bool contains(std::string_view name) const { return find(name) != nullptr; }
-    std::size_t size() const { return map_.size(); }
+    std::size_t size() const { return count_; }
 
     void addItem(const DataItem& item);
     void removeItem(const DataItem& item);
-    void addGroup(const std::string& name);
-    void removeGroup(const std::string& name);
-    void clear() { map_.clear(); }
-    void reserve(std::size_t count) { map_.reserve(count); }
+    void addGroup(std::string_view name);
+    void removeGroup(std::string_view name);
+    void clear();
+    void reserve(std::size_t count);
 
 private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view s) const noexcept {
-            return std::hash<std::string_view>{}(s);
-        }
+    // A free slot has no use (total() == 0): a name is dropped with its last use.
+    struct Slot {
+        SharedText key;
+        std::uint32_t hash = 0;
+        RtdbNameUse use;
     };
-    RtdbNameUse& use(const std::string& name);
+    static std::uint32_t hashOf(std::string_view name);
+    // The slot holding `name`, or the free slot where it would go.
+    std::size_t probe(std::string_view name, std::uint32_t hash) const;
+    RtdbNameUse& use(const SharedText& name);
     void drop(std::string_view name, std::uint32_t RtdbNameUse::*field);
-    std::unordered_map<std::string, RtdbNameUse, Hash, std::equal_to<>> map_;
+    void grow(std::size_t capacity);
+
+    std::vector<Slot> slots_; // empty, or a power of two in size
+    std::size_t count_ = 0;
 };
 
 class DataNode {

@@ -16,9 +16,10 @@ namespace rq {
 namespace {
 
 // Fills the named fields from the element's attributes without a namespace (the
-// first of each name); the names not present stay empty.
+// first of each name); the names not present stay empty. The views point into the
+// stream's current element.
 template <std::size_t N>
-void readAttrs(const XmlStream& s, const std::string_view (&names)[N], std::string* (&&out)[N]) {
+void readAttrs(const XmlStream& s, const std::string_view (&names)[N], std::string_view (&out)[N]) {
     bool seen[N] = {};
     for (std::size_t a = 0, count = s.attributeCount(); a < count; ++a) {
         const XmlStream::Attribute attr = s.attribute(a);
@@ -27,7 +28,7 @@ void readAttrs(const XmlStream& s, const std::string_view (&names)[N], std::stri
         for (std::size_t i = 0; i < N; ++i) {
             if (attr.name == names[i]) {
                 if (!seen[i])
-                    out[i]->assign(attr.value);
+                    out[i] = attr.value;
                 seen[i] = true;
                 break;
             }
@@ -39,10 +40,13 @@ constexpr const char* kDatabaseExists = "The database already exist!";
 constexpr const char* kGroupExists = "The data group already exist!";
 
 // How a dropped element is named: its kind, its name if any, and where it stood.
-std::string describe(const char* kind, const std::string& name, const DataNode* parent) {
+std::string describe(const char* kind, std::string_view name, const DataNode* parent) {
     std::string out = kind;
-    if (!name.empty())
-        out += " \"" + name + "\"";
+    if (!name.empty()) {
+        out += " \"";
+        out += name;
+        out += "\"";
+    }
     if (parent && !parent->name().empty())
         out += " in \"" + parent->name() + "\"";
     return out;
@@ -109,43 +113,52 @@ private:
     void data(const XmlStream& s, DataNode& node) {
         static constexpr std::string_view kNames[] = {"name", "type", "length", "init",
                                                       "description"};
-        DataItem item;
-        readAttrs(s, kNames, {&item.name, &item.type, &item.length, &item.init, &item.description});
-        if (item.name.empty() || item.type.empty()) {
-            ctx_.drop(describe("data", item.name, &node),
-                      item.name.empty() ? "no name; left out" : "no type; left out");
+        std::string_view v[5];
+        readAttrs(s, kNames, v);
+        const std::string_view name = v[0], type = v[1];
+        if (name.empty() || type.empty()) {
+            ctx_.drop(describe("data", name, &node),
+                      name.empty() ? "no name; left out" : "no type; left out");
             return;
         }
-        if (item.length.empty()) {
+        DataItem item;
+        item.name = name;
+        item.type = shared_.get(type);
+        if (v[2].empty()) {
             int size = DataTypeTable::sizeOfKeyword(item.type);
             if (size < 1) {
-                ctx_.drop(describe("data", item.name, &node),
+                ctx_.drop(describe("data", name, &node),
                           "type \"" + item.type +
                               "\" has no fixed size and no length is given; left out");
                 return;
             }
-            item.length = std::to_string(size);
+            item.length = shared_.get(std::to_string(size));
+        } else {
+            item.length = shared_.get(v[2]);
         }
+        item.init = shared_.get(v[3]);
+        item.description = shared_.get(v[4]);
         node.addItem(std::move(item));
     }
 
     void datalias(const XmlStream& s, DataNode& node) {
         static constexpr std::string_view kNames[] = {"aliasname", "name"};
-        DataItem item;
-        item.kind = DataItemKind::Alias;
-        readAttrs(s, kNames, {&item.name, &item.target});
-        if (item.name.empty() || item.target.empty()) {
-            ctx_.drop(describe("datalias", item.name, &node),
-                      item.name.empty() ? "no alias name; left out" : "no data named; left out");
+        std::string_view v[2];
+        readAttrs(s, kNames, v);
+        if (v[0].empty() || v[1].empty()) {
+            ctx_.drop(describe("datalias", v[0], &node),
+                      v[0].empty() ? "no alias name; left out" : "no data named; left out");
             return;
         }
-        node.addItem(std::move(item));
+        node.addItem(DataItem::makeAlias(v[0], v[1]));
     }
 
     DataNode& root_;
     MessageSink& sink_;
     ReadContext& ctx_;
     std::unordered_set<std::string> databaseNames_;
+    // The values that repeat from item to item share one text.
+    SharedTextPool shared_;
 };
 
 } // namespace

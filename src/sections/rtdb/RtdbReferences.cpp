@@ -24,7 +24,7 @@ DataUse aliasUse(const std::string& db, std::string_view name, const DataItem& a
 
 void collectNames(const DataNode& node, std::vector<std::string>& out) {
     for (const DataItem& item : node.items())
-        out.push_back(item.name);
+        out.push_back(item.name.str());
     for (const auto& child : node.children())
         collectNames(*child, out);
 }

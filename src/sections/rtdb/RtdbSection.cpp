@@ -110,7 +110,7 @@ private:
     }
 
     void data(const DataItem& item) {
-        auto field = [&](const char* attr, const std::string& value) {
+        auto field = [&](const char* attr, std::string_view value) {
             if (needsReport(value))
                 raw(in() + "data " + quoted(item.name) + " " + attr, value);
         };
@@ -135,9 +135,9 @@ private:
     }
 
     // A name used more than once in the database's namespace, reported once.
-    void name(const std::string& n) {
+    void name(std::string_view n) {
         const RtdbNameUse* use = db_.nameIndex()->find(n);
-        if (use && use->total() > 1 && reported_.insert(n).second)
+        if (use && use->total() > 1 && reported_.insert(std::string(n)).second)
             ctx_.finding("rtdb.xml: duplicate name " + quoted(n) + " in database " +
                          quoted(db_.name()));
     }
