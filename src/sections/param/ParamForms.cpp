@@ -4,19 +4,15 @@
 
 namespace rq {
 
-std::optional<std::string> validateParamForm(const ParamForm& form,
-                                             std::optional<DataShape> target) {
+std::optional<std::string> validateParamForm(const ParamForm& form) {
     if (form.dbname.empty() || form.dataname.empty())
         return std::string(paramtext::kChooseData);
     if (auto m = checkStorableValue("Database Name", form.dbname))
         return m;
     if (auto m = checkStorableValue("Realtime Data Name", form.dataname))
         return m;
-    if (auto m = checkStorableValue("Initial Value", form.value))
-        return m;
-    if (target)
-        return checkInitialValue(target->typeIndex, target->length, form.value);
-    return std::nullopt;
+    // The value is kept as typed: it is not checked against the chosen data's type.
+    return checkStorableValue("Initial Value", form.value);
 }
 
 std::string_view paramCell(const ParamItem& item, int column) {

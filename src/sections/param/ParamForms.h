@@ -2,7 +2,6 @@
 // The parameter dialog's fields as a plain record, its texts, the list's columns
 // and the check its OK button makes.
 
-#include "core/ValueChecks.h"
 #include "sections/param/ParamSection.h"
 
 #include <array>
@@ -44,10 +43,8 @@ inline ParamItem paramFromForm(const ParamForm& form) {
     return ParamItem{form.dbname, form.dataname, form.value};
 }
 
-// The first failing check: a name not chosen, then a value the file cannot store,
-// last, when the chosen data is known (`target`), the value against its type.
-std::optional<std::string> validateParamForm(const ParamForm& form,
-                                             std::optional<DataShape> target = std::nullopt);
+// The first failing check: a name not chosen, then a value the file cannot store.
+std::optional<std::string> validateParamForm(const ParamForm& form);
 
 // The text of a list cell (column 0..2).
 std::string_view paramCell(const ParamItem& item, int column);

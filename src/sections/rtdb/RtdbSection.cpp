@@ -18,41 +18,6 @@ DataNode* RtdbSection::findDatabase(std::string_view name) const {
     return nullptr;
 }
 
-namespace {
-const DataItem* findItemIn(const DataNode& node, std::string_view name) {
-    for (const DataItem& item : node.items())
-        if (item.name == name)
-            return &item;
-    for (const auto& child : node.children())
-        if (const DataItem* item = findItemIn(*child, name))
-            return item;
-    return nullptr;
-}
-} // namespace
-
-const DataItem* RtdbSection::findData(std::string_view dbname, std::string_view dataname) const {
-    for (const auto& db : root_.children()) {
-        if (db->name() != dbname || !db->hasItemNamed(dataname))
-            continue;
-        const DataItem* item = findItemIn(*db, dataname);
-        if (item && item->isAlias())
-            item = findItemIn(*db, item->target);
-        if (item && !item->isAlias())
-            return item;
-    }
-    return nullptr;
-}
-
-std::optional<DataShape> dataShapeOf(const RtdbSection& project, const RtdbSection* system,
-                                     std::string_view dbname, std::string_view dataname) {
-    const DataItem* item = project.findData(dbname, dataname);
-    if (!item && system)
-        item = system->findData(dbname, dataname);
-    if (!item)
-        return std::nullopt;
-    return dataShapeOf(item->type, item->length);
-}
-
 bool RtdbSection::hasData(std::string_view dbname, std::string_view dataname) const {
     // Database names are unique as read and as added; a rename may still make two
     // alike, so every database of that name is asked.

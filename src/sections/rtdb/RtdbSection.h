@@ -4,7 +4,6 @@
 // directory in the same format.
 
 #include "core/ConfigSection.h"
-#include "core/ValueChecks.h"
 #include "sections/rtdb/RtdbModel.h"
 
 #include <memory>
@@ -38,19 +37,11 @@ public:
     // Whether a database of that name holds a data item or alias of that name
     // (anywhere in its groups). O(1) in the size of the database.
     bool hasData(std::string_view dbname, std::string_view dataname) const;
-    // The data item that a reference names: the item itself, or for an alias the
-    // data it stands for; null when there is none.
-    const DataItem* findData(std::string_view dbname, std::string_view dataname) const;
 
 private:
     bool readStream(const struct XmlInput& input, ReadContext& ctx);
     DataNode root_;
 };
-
-// The type and length of the data that a reference names, in the project's
-// databases or else the system database; nothing when neither holds it.
-std::optional<DataShape> dataShapeOf(const RtdbSection& project, const RtdbSection* system,
-                                     std::string_view dbname, std::string_view dataname);
 
 // conffile/rtdb.xml under the program directory.
 std::string systemDatabasePath(const std::string& programDir);

@@ -148,25 +148,4 @@ TEST(RtdbModel, NodeRelations) {
     EXPECT_EQ(root.indexOfChild(&g), -1);
 }
 
-// What a reference's typed value is checked against: the item, through an alias,
-// in the project first and then in the system database.
-TEST(RtdbSection, DataShapeOfAReference) {
-    rq::RtdbSection project, system;
-    DataNode& db = project.root().addDatabase("db");
-    db.addGroup("g").addItem(DataItem::makeData("s", "string", "12", "", ""));
-    db.addItem(DataItem::makeAlias("a", "s"));
-    db.addItem(DataItem::makeData("w", "ushort", "", "0", ""));
-    system.root().addDatabase("sys").addItem(DataItem::makeData("t", "long", "4", "0", ""));
-    auto shape = rq::dataShapeOf(project, &system, "db", "a");
-    ASSERT_TRUE(shape);
-    EXPECT_EQ(shape->typeIndex, 9);
-    EXPECT_EQ(shape->length, 12);
-    shape = rq::dataShapeOf(project, &system, "db", "w");
-    ASSERT_TRUE(shape);
-    EXPECT_EQ(shape->length, 2); // an empty length is the type's size
-    EXPECT_TRUE(rq::dataShapeOf(project, &system, "sys", "t"));
-    EXPECT_FALSE(rq::dataShapeOf(project, nullptr, "sys", "t"));
-    EXPECT_FALSE(rq::dataShapeOf(project, &system, "db", "missing"));
-}
-
 } // namespace

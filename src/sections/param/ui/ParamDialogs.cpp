@@ -77,8 +77,7 @@ void CParamDialog::pick() {
 
 void CParamDialog::accept() {
     const rq::ParamForm f = form();
-    if (auto message =
-            rq::validateParamForm(f, rq::dataShapeOf(project_, system_, f.dbname, f.dataname))) {
+    if (auto message = rq::validateParamForm(f)) {
         sink_.showMessage(*message, rq::MessageIcon::Stop);
         return;
     }
