@@ -110,11 +110,10 @@ void CRQPDevView::show(std::vector<ListColumn> columns, SectionListModel::RowCou
     // The widths the user set survive a refresh of the same kind of list; another
     // section's list of the same kind number has other titles and is laid out anew.
     const bool sameColumns =
-        kind == shownKind_ && std::equal(columns.begin(), columns.end(),
-                                         model_->columns().begin(), model_->columns().end(),
-                                         [](const ListColumn& a, const ListColumn& b) {
-                                             return a.title == b.title;
-                                         });
+        kind == shownKind_ &&
+        std::equal(columns.begin(), columns.end(), model_->columns().begin(),
+                   model_->columns().end(),
+                   [](const ListColumn& a, const ListColumn& b) { return a.title == b.title; });
     model_->show(std::move(columns), std::move(rows), std::move(cell));
     if (!sameColumns)
         applyColumnWidths(true);
