@@ -89,28 +89,6 @@ private:
     std::vector<std::pair<Locate, List>> lists_;
 };
 
-// Several steps made as one.
-class CompositeStep : public EditCommand {
-public:
-    CompositeStep(std::string name, int section) : EditCommand(std::move(name), section) {}
-    void add(std::unique_ptr<EditCommand> step) {
-        if (step)
-            steps_.push_back(std::move(step));
-    }
-    bool empty() const { return steps_.empty(); }
-    void redo() override {
-        for (auto& s : steps_)
-            s->redo();
-    }
-    void undo() override {
-        for (auto it = steps_.rbegin(); it != steps_.rend(); ++it)
-            (*it)->undo();
-    }
-
-private:
-    std::vector<std::unique_ptr<EditCommand>> steps_;
-};
-
 // The table of a section whose rows are the items of ordered lists (the data of
 // each alarm group, of each device, ...). The columns that name the list
 // (`listColumns`) are part of the key: a row never moves to another list. A new

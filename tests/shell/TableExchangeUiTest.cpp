@@ -18,7 +18,7 @@ TEST(ImportMergeDialog, ShowsCountsAndRefusedRowsAndAppliesOnlyChanges) {
     merge.refused = {{4, "Please choose data!"}};
     for (bool changes : {false, true}) {
         if (changes)
-            merge.step = std::make_unique<rq::CompositeStep>("Import", 5);
+            merge.step = std::make_unique<rq::SwapItemLists<std::vector<int>>>("Import", 5);
         rqshell::CImportMergeDialog d(merge, QStringLiteral("p.csv"));
         QStringList texts;
         for (QLabel* l : d.findChildren<QLabel*>())

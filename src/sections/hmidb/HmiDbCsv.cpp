@@ -1,6 +1,7 @@
 #include "sections/hmidb/HmiDbCsv.h"
 
 #include "core/DataTypes.h"
+#include "core/EditStepGroup.h"
 #include "sections/hmidb/HmiDbEdits.h"
 #include "sections/hmidb/HmiDbForms.h"
 
@@ -141,12 +142,14 @@ public:
             memory_.drop(existing - ioRows_);
     }
     std::unique_ptr<EditCommand> step(const std::string& name) override {
-        auto both = std::make_unique<CompositeStep>(name, kHmiDbSectionIndex);
-        both->add(io_.step(name));
-        both->add(memory_.step(name));
-        if (both->empty())
+        std::vector<std::unique_ptr<EditCommand>> steps;
+        if (auto io = io_.step(name))
+            steps.push_back(std::move(io));
+        if (auto memory = memory_.step(name))
+            steps.push_back(std::move(memory));
+        if (steps.empty())
             return nullptr;
-        return both;
+        return std::make_unique<EditStepGroup>(name, std::move(steps));
     }
 
 private:
