@@ -181,6 +181,10 @@ bool readWholeFile(const std::string& path, std::string& bytes, std::string* err
         return false;
     }
     bytes.clear();
+    // One allocation for a file whose size is known.
+    struct stat st;
+    if (::fstat(::fileno(f), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0)
+        bytes.reserve(static_cast<size_t>(st.st_size));
     char buf[65536];
     size_t n;
     while ((n = std::fread(buf, 1, sizeof buf, f)) > 0)
