@@ -93,9 +93,10 @@ int main(int argc, char** argv) {
     rq::readWholeFile(dir + "/rtdb.xml", rtdbFile, &error);
     // 1,000 rows changed (a new initial value), 1,000 added.
     changed = same;
+    std::size_t at = 0; // the rows come in order: each is looked for after the last
     for (int k = 0; k < 1000; ++k) {
         const std::string from = ",V" + std::to_string(k * 97) + ",float,4,0,";
-        std::size_t at = changed.find(from);
+        at = changed.find(from, at);
         changed.replace(at, from.size(), ",V" + std::to_string(k * 97) + ",float,4,1,");
     }
     for (int k = 0; k < 1000; ++k)
