@@ -20,6 +20,24 @@ struct CsvRecord {
     CsvRow fields;
 };
 
+// Reads the records of `text` one by one, each into the same record, whose
+// strings are used again. After the last record, or at the first fault, next()
+// returns false; failed() tells which, and error() is "line N: reason".
+class CsvReader {
+public:
+    explicit CsvReader(std::string_view text);
+    bool next(CsvRecord& record);
+    bool failed() const { return !error_.empty(); }
+    const std::string& error() const { return error_; }
+
+private:
+    bool fail(std::size_t line, const std::string& why);
+    std::string_view text_;
+    std::size_t at_ = 0;
+    std::size_t line_ = 1;
+    std::string error_;
+};
+
 // Parses `text`. False with "line N: reason" in *error for text that is not
 // UTF-8, a quote inside a field that does not start with one, text after a
 // closing quote, or a quoted field that never ends; *records then holds nothing.

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -31,6 +32,17 @@ public:
     // The section's rows in file order; the position of a row here is the
     // `existing` number of take() and drop().
     virtual std::vector<CsvRow> rows() = 0;
+    // The merge's view of the same rows: gets them ready as rows() does and
+    // returns their number; cell() then gives each text. A section with many rows
+    // gives its records' own texts, so that no row is built; by default the rows
+    // are built once and kept until the next call.
+    virtual std::size_t prepareRows() {
+        built_ = rows();
+        return built_.size();
+    }
+    virtual std::string_view cell(std::size_t row, std::size_t column) const {
+        return built_[row][column];
+    }
     // A row of the file: new (existing == kNewRow) or standing for row `existing`
     // (same key). Returns the message of the check that refuses it, as the dialog
     // shows it; otherwise keeps the change for step(), or sets *unchanged when the
@@ -42,6 +54,9 @@ public:
     // One step making every change taken and dropped (not yet made); null when
     // there is none.
     virtual std::unique_ptr<EditCommand> step(const std::string& name) = 0;
+
+private:
+    std::vector<CsvRow> built_;
 };
 
 // A step that swaps whole item lists of a section with new ones: redo puts the new

@@ -56,10 +56,7 @@ TableMerge mergeSectionText(Project& project, std::string_view section, std::str
         merge.error = "no table for section \"" + std::string(section) + "\"";
         return merge;
     }
-    std::vector<CsvRecord> records;
-    if (!parseCsv(csvText, &records, &merge.error))
-        return merge;
-    return mergeTable(*table, records, replace, "Import");
+    return mergeTable(*table, csvText, replace, "Import");
 }
 
 ImportResult importSection(Project& project, std::string_view section, std::string_view csvText,

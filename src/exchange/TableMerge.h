@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace rq {
@@ -38,10 +39,10 @@ struct TableMerge {
 // The export of a table: its header and every row, CRLF after each.
 std::string exportTable(TableExchange& table);
 
-// Merges the records of a file (header first) into the table. Rows of the section
+// Merges the records of a CSV file (header first) into the table. Rows of the section
 // that the file does not hold stay, unless `replace` (they are then removed). The
 // step is made even when rows are refused; the caller decides whether to use it.
-TableMerge mergeTable(TableExchange& table, const std::vector<CsvRecord>& records, bool replace,
+TableMerge mergeTable(TableExchange& table, std::string_view csvText, bool replace,
                       const std::string& stepName);
 
 } // namespace rq

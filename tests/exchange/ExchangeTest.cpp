@@ -5,6 +5,7 @@
 #include "core/Csv.h"
 #include "core/FileUtil.h"
 #include "exchange/ProjectExchange.h"
+#include "exchange/TableMerge.h"
 #include "project/Project.h"
 #include "support/TestSupport.h"
 
@@ -185,6 +186,11 @@ TEST(SectionTables, RefusesWrongHeadersAndRowsThatNameNoList) {
         {"param", "", "the file has no header line (database,data name,initial value)"},
         {"param", "initial value,database,data name\r\n5,plant\r\n",
          "2 fields where the header has 3"},
+        // A fault of the file comes first, wherever it is, and nothing is merged.
+        {"param", "database,data name,value\r\nx\"y,1,2\r\n",
+         "line 2: a quote inside a field that does not start with one"},
+        {"param", "database,data name,initial value\r\nplant,Pump1_Speed,7\r\n\"open",
+         "line 3: a quoted field does not end"},
         {"rtdb",
          "database,group path,name,type,length,initial value,alias,description\r\n"
          "plant,tanks/tank3,X,float,4,0,,\r\n",
@@ -205,7 +211,51 @@ TEST(SectionTables, RefusesWrongHeadersAndRowsThatNameNoList) {
             r.merge.ok() && !r.merge.refused.empty() ? r.merge.refused[0].reason : r.merge.error;
         EXPECT_EQ(got, c.error);
         EXPECT_FALSE(r.written);
+        if (!r.merge.ok()) {
+            EXPECT_FALSE(r.merge.changes());
+        }
     }
+}
+
+namespace {
+
+// A table of (key, value) rows whose keys may repeat; records what the merge
+// hands to take() and drop().
+class PairTable : public TableExchange {
+public:
+    explicit PairTable(std::vector<CsvRow> rows) : rows_(std::move(rows)) {}
+    std::vector<std::string> columns() const override { return {"key", "value"}; }
+    std::vector<std::size_t> keyColumns() const override { return {0}; }
+    std::vector<CsvRow> rows() override { return rows_; }
+    std::optional<std::string> take(const CsvRow& row, std::size_t existing,
+                                    bool* unchanged) override {
+        *unchanged = false;
+        taken.push_back(row[1] + "->" +
+                        (existing == kNewRow ? std::string("new") : std::to_string(existing)));
+        return std::nullopt;
+    }
+    void drop(std::size_t existing) override { dropped.push_back(existing); }
+    std::unique_ptr<EditCommand> step(const std::string&) override { return nullptr; }
+
+    std::vector<std::string> taken;
+    std::vector<std::size_t> dropped;
+
+private:
+    std::vector<CsvRow> rows_;
+};
+
+} // namespace
+
+TEST(SectionTables, RepeatedKeysPairUpInOrderWhateverTheFileOrder) {
+    // The n-th row of a key in the file stands for the n-th row of that key in
+    // the section; one more is new. Rows a file moved are still found.
+    PairTable table({{"A", "1"}, {"B", "1"}, {"A", "2"}, {"C", "1"}, {"D", "1"}});
+    const TableMerge merge =
+        mergeTable(table, "value,key\r\n1,B\r\n1,A\r\n9,A\r\n5,A\r\n1,C\r\n", true, "Import");
+    ASSERT_TRUE(merge.ok()) << merge.error;
+    EXPECT_EQ(table.taken, (std::vector<std::string>{"9->2", "5->new"}));
+    EXPECT_EQ(merge.unchanged, 3u);
+    EXPECT_EQ(table.dropped, (std::vector<std::size_t>{4}));
 }
 
 TEST(SectionTables, ImportLeavesAFileThatASaveWouldChangeOtherwise) {

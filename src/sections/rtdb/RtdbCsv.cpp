@@ -93,13 +93,49 @@ public:
     std::vector<std::size_t> keyColumns() const override { return {kDatabase, kName}; }
 
     std::vector<CsvRow> rows() override {
+        const std::size_t count = prepareRows();
+        std::vector<CsvRow> out(count, CsvRow(kDescription + 1));
+        for (std::size_t r = 0; r < count; ++r)
+            for (std::size_t c = 0; c <= kDescription; ++c)
+                out[r][c] = cell(r, c);
+        return out;
+    }
+
+    std::size_t prepareRows() override {
         places_.clear();
+        paths_.clear();
         changes_.clear();
         added_.clear();
-        std::vector<CsvRow> out;
         for (std::size_t d = 0; d < section_.databaseCount(); ++d)
-            collect(section_.database(d), out);
-        return out;
+            collect(section_.database(d));
+        return places_.size();
+    }
+
+    std::string_view cell(std::size_t row, std::size_t column) const override {
+        const Place& place = places_[row];
+        const DataItem& item = place.node->item(place.pos);
+        switch (column) {
+        case kDatabase:
+            return place.node->database()->name();
+        case kGroupPath:
+            return paths_[place.path];
+        case kName:
+            return item.name;
+        case kAlias:
+            return item.isAlias() ? item.target.view() : std::string_view();
+        }
+        if (item.isAlias())
+            return {};
+        switch (column) {
+        case kType:
+            return item.type;
+        case kLength:
+            return item.length;
+        case kInit:
+            return item.init;
+        default:
+            return item.description;
+        }
     }
 
     std::optional<std::string> take(const CsvRow& row, std::size_t existing,
@@ -144,7 +180,8 @@ public:
             changes_[node].added.push_back(std::move(item));
             return std::nullopt;
         }
-        auto [from, pos] = places_[existing];
+        DataNode* from = places_[existing].node;
+        const std::size_t pos = places_[existing].pos;
         if (from == node && from->item(pos) == item) {
             *unchanged = true;
             return std::nullopt;
@@ -159,7 +196,7 @@ public:
     }
 
     void drop(std::size_t existing) override {
-        changes_[places_[existing].first].dropped.push_back(places_[existing].second);
+        changes_[places_[existing].node].dropped.push_back(places_[existing].pos);
     }
 
     std::unique_ptr<EditCommand> step(const std::string& name) override {
@@ -194,20 +231,14 @@ private:
     }
 
     // The file's order: a node's groups first, then its own items.
-    void collect(DataNode& node, std::vector<CsvRow>& out) {
+    void collect(DataNode& node) {
         for (std::size_t g = 0; g < node.childCount(); ++g)
-            collect(node.child(g), out);
-        const std::string& db = node.database()->name();
-        const std::string path = groupPath(node);
-        for (std::size_t i = 0; i < node.itemCount(); ++i) {
-            const DataItem& item = node.item(i);
-            if (item.isAlias())
-                out.push_back({db, path, item.name.str(), "", "", "", item.target.str(), ""});
-            else
-                out.push_back({db, path, item.name.str(), item.type.str(), item.length.str(),
-                               item.init.str(), "", item.description.str()});
-            places_.emplace_back(&node, i);
-        }
+            collect(node.child(g));
+        if (node.itemCount() == 0)
+            return;
+        paths_.push_back(groupPath(node));
+        for (std::size_t i = 0; i < node.itemCount(); ++i)
+            places_.push_back({&node, i, paths_.size() - 1});
     }
 
     // The group at a path of names below the database; null when there is none.
@@ -229,8 +260,16 @@ private:
         return node;
     }
 
+    // A row of the table: an item of a node, and the node's group path.
+    struct Place {
+        DataNode* node;
+        std::size_t pos;
+        std::size_t path;
+    };
+
     RtdbSection& section_;
-    std::vector<std::pair<DataNode*, std::size_t>> places_;
+    std::vector<Place> places_;
+    std::vector<std::string> paths_;
     std::map<DataNode*, Changes> changes_;
     std::map<DataNode*, std::set<std::string>> added_;
 };
