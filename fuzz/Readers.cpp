@@ -1,9 +1,10 @@
 // Every reader of the tool under fuzzing: the XML helpers, the catalogs, the
 // project file, the stored password, each section file, the package file, the
-// start-up bitmap, the device's version file and the package key file. Each entry
-// reads the input as the tool would, then uses what was read the way the tool does
-// next (writes the section back, looks entries up), so that a reader leaving its
-// model inconsistent shows up as well.
+// start-up bitmap, the device's version file, the package key file and the
+// spreadsheet file an import merges into a table. Each entry reads the input as
+// the tool would, then uses what was read the way the tool does next (writes the
+// section back, looks entries up), so that a reader leaving its model inconsistent
+// shows up as well.
 
 #include "FuzzSupport.h"
 
@@ -20,6 +21,9 @@
 #include "deploy/cipher/PackageKeys.h"
 #include "deploy/logo/ConvertBitmap.h"
 #include "deploy/transfer/UpgradePackages.h"
+#include "exchange/ProjectExchange.h"
+#include "exchange/TableMerge.h"
+#include "project/Project.h"
 #include "sections/alarm/AlarmSection.h"
 #include "sections/datalog/DataLogSection.h"
 #include "sections/device/DeviceSection.h"
@@ -352,6 +356,68 @@ constexpr char kRtdb[] = "rtdb", kHmidb[] = "hmidb", kHmiwindow[] = "hmiwindow",
                kHistory[] = "history", kAlarm[] = "alarm", kFbd[] = "fbd",
                kRedundancy[] = "redundancy", kPrinter[] = "printer", kModules[] = "modules";
 
+// --- spreadsheet import ----------------------------------------------------------
+
+// The example project, opened once. The first byte of an input picks the table
+// (and, with its high bit, whether rows the file lacks are removed); the rest is
+// the file. What the merge accepts is made and undone: the section must give its
+// exact text back.
+Project& demoProject() {
+    static Catalogs catalogs;
+    static SilentSink sink;
+    static Project* project = [] {
+        catalogs.loadFrom(programDirectory());
+        auto* p = new Project(catalogs, sink);
+        std::string error;
+        if (!p->doc.open(joinPath(sourceDir(), "data/examples/demo"), &error)) {
+            std::fprintf(stderr, "rqfuzz: the example project does not open: %s\n", error.c_str());
+            std::abort();
+        }
+        return p;
+    }();
+    return *project;
+}
+
+void openDemo() {
+    demoProject();
+}
+
+void runCsv(const uint8_t* data, std::size_t size) {
+    if (size == 0)
+        return;
+    const std::vector<std::string>& tables = tableSectionNames();
+    const std::string& section = tables[(data[0] & 0x7F) % tables.size()];
+    Project& project = demoProject();
+    TableMerge merge =
+        mergeSectionText(project, section, asText(data + 1, size - 1), (data[0] & 0x80) != 0);
+    if (!merge.step)
+        return;
+    const int index = tableSectionIndex(section);
+    const std::string before = project.doc.sectionText(index);
+    merge.step->redo();
+    (void)project.doc.sectionText(index);
+    merge.step->undo();
+    if (project.doc.sectionText(index) != before) {
+        std::fprintf(stderr, "rqfuzz: the undo of an import into %s does not give its text back\n",
+                     section.c_str());
+        std::abort();
+    }
+}
+
+void seedCsv(const std::string& dir) {
+    const std::vector<std::string>& tables = tableSectionNames();
+    for (std::size_t t = 0; t < tables.size(); ++t) {
+        const std::string exported = exportTable(*makeSectionTable(demoProject(), tables[t]));
+        writeSeed(dir, tables[t] + ".csv", std::string(1, static_cast<char>(t)) + exported);
+        // The header and the last row only, with the rows it lacks removed.
+        const std::size_t header = exported.find("\r\n") + 2;
+        const std::size_t last = exported.rfind("\r\n", exported.size() - 3) + 2;
+        writeSeed(dir, tables[t] + "-replace.csv",
+                  std::string(1, static_cast<char>(t | 0x80)) + exported.substr(0, header) +
+                      exported.substr(last));
+    }
+}
+
 // --- deployment files ----------------------------------------------------------
 
 void runPackage(const uint8_t* data, std::size_t size) {
@@ -468,6 +534,7 @@ const ReaderTarget kReaders[] = {
     {"bitmap", nullptr, runBitmap, seedBitmap},
     {"versionfile", nullptr, runVersionFile, seedVersionFile},
     {"packagekeys", nullptr, runPackageKeys, seedPackageKeys},
+    {"csv", openDemo, runCsv, seedCsv},
 };
 
 } // namespace
