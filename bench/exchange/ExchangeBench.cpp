@@ -10,6 +10,7 @@
 // Prints the figures and the ratios to open; the exit status is 1 when a ratio is
 // above 2.
 
+#include "BenchTiming.h"
 #include "core/FileUtil.h"
 #include "core/MessageSink.h"
 #include "exchange/ProjectExchange.h"
@@ -27,18 +28,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::median;
+using bench::ms;
 constexpr int kGroups = 100, kPerGroup = 1000, kRuns = 5;
 constexpr double kTargetRatio = 2;
-
-double ms(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double, std::milli>(b - a).count();
-}
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
 
 // What rqpcli import does: open, read the file, merge, write.
 bool import(const rq::Catalogs& catalogs, const std::string& dir, const std::string& csv) {

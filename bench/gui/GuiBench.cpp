@@ -8,6 +8,7 @@
 // Each figure is the median of several runs. Prints the figures and whether the
 // targets are met; the exit status is 1 when one is missed.
 
+#include "BenchTiming.h"
 #include "core/FileUtil.h"
 #include "project/Project.h"
 #include "shell/ListView.h"
@@ -26,19 +27,12 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::median;
+using bench::ms;
 constexpr int kItems = 100000;
 constexpr int kPoints = 10000;
 constexpr int kRuns = 7;
-
-double ms(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double, std::milli>(b - a).count();
-}
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
 
 double measure(const std::function<void()>& prepare, const std::function<void()>& work) {
     std::vector<double> times;

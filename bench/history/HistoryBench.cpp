@@ -4,6 +4,7 @@
 // the median of several undo and redo rounds. Prints the figures and whether the
 // targets are met; the exit status is 1 when one is missed.
 
+#include "BenchTiming.h"
 #include "core/MessageSink.h"
 #include "project/Project.h"
 #include "sections/rtdb/RtdbCommands.h"
@@ -15,18 +16,11 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::median;
+using bench::ms;
 constexpr int kItems = 100000;
 constexpr int kRuns = 7;
-
-double ms(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double, std::milli>(b - a).count();
-}
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
 
 // "Batch Data Setting" answered with Batch1 .. Batch100000, float.
 struct BatchDialogs : rq::RtdbDialogHost {

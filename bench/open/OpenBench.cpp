@@ -17,6 +17,7 @@
 //     --sizes    other project sizes than 1,000, 10,000 and 100,000 items
 //   bench_open threads N DIR   (child) opens DIR with N threads (0: automatic)
 
+#include "BenchTiming.h"
 #include "core/FileUtil.h"
 #include "core/MessageSink.h"
 #include "project/Project.h"
@@ -41,7 +42,9 @@
 #endif
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::median;
+using bench::ms;
 
 namespace {
 
@@ -241,11 +244,6 @@ double untilWindowShown(Display* x, const std::string& rqpdev, const std::string
     return shown;
 }
 #endif
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v.empty() ? 0 : v[v.size() / 2];
-}
 
 struct Row {
     int items = 0;

@@ -5,6 +5,7 @@
 // figure is the median of several rounds. Prints the figures and whether the target
 // is met; the exit status is 1 when it is missed.
 
+#include "BenchTiming.h"
 #include "RefsProject.h"
 #include "core/MessageSink.h"
 #include "project/Project.h"
@@ -23,18 +24,11 @@ using refsbench::fill;
 using refsbench::item;
 using refsbench::kItems;
 
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::median;
+using bench::ms;
 constexpr int kRuns = 9;
 constexpr double kTargetMs = 50;
-
-double ms(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double, std::milli>(b - a).count();
-}
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
 
 } // namespace
 

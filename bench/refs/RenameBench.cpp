@@ -6,6 +6,7 @@
 // rename alone is printed too). Each figure is the median of several rounds; the
 // exit status is 1 when the target is missed.
 
+#include "BenchTiming.h"
 #include "RefsProject.h"
 #include "core/MessageSink.h"
 #include "project/Project.h"
@@ -22,18 +23,11 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::median;
+using bench::ms;
 constexpr int kRuns = 5;
 constexpr double kTargetMs = 1000;
-
-double ms(Clock::time_point a, Clock::time_point b) {
-    return std::chrono::duration<double, std::milli>(b - a).count();
-}
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
 
 } // namespace
 
