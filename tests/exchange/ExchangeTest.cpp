@@ -258,6 +258,23 @@ TEST(SectionTables, RepeatedKeysPairUpInOrderWhateverTheFileOrder) {
     EXPECT_EQ(table.dropped, (std::vector<std::size_t>{4}));
 }
 
+TEST(SectionTables, GroupNamesHoldingTheSeparatorAreFound) {
+    // Group "a/b" beside group "a" holding "c": each way of reading a path is tried.
+    Demo demo;
+    DataNode& plant = *demo.project.rtdb.findDatabase("plant");
+    plant.addGroup("a").addGroup("c").addItem(DataItem::makeData("InC", "bit", "1", "0", ""));
+    plant.addGroup("a/b").addItem(DataItem::makeData("InAB", "bit", "1", "0", ""));
+    std::string edited = exportTable(*makeSectionTable(demo.project, "rtdb"));
+    edited = patched(edited, "plant,a/b,InAB,bit,1,0,", "plant,a/b,InAB,bit,1,1,");
+    edited = patched(edited, "plant,a/c,InC,", "plant,a/b,InC,");
+    const TableMerge merge = mergeSectionText(demo.project, "rtdb", edited, false);
+    ASSERT_TRUE(merge.refused.empty()) << merge.refused[0].reason;
+    EXPECT_EQ(merge.changed, 2u);
+    merge.step->redo();
+    const std::string again = exportTable(*makeSectionTable(demo.project, "rtdb"));
+    EXPECT_NE(again.find("plant,a/b,InAB,bit,1,1,,\r\nplant,a/b,InC,"), std::string::npos);
+}
+
 TEST(SectionTables, ImportLeavesAFileThatASaveWouldChangeOtherwise) {
     // Another program wrote the file since the open (or wrote it in another
     // layout): the import writes nothing and the file keeps its bytes.

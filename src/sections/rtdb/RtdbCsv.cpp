@@ -241,23 +241,23 @@ private:
             places_.push_back({&node, i, paths_.size() - 1});
     }
 
-    // The group at a path of names below the database; null when there is none.
-    static DataNode* groupAt(DataNode& database, const std::string& path) {
-        DataNode* node = &database;
-        std::size_t start = 0;
-        while (node && start < path.size()) {
-            std::size_t end = path.find('/', start);
-            if (end == std::string::npos)
-                end = path.size();
-            const std::string_view name = std::string_view(path).substr(start, end - start);
-            DataNode* next = nullptr;
-            for (std::size_t c = 0; c < node->childCount() && !next; ++c)
-                if (node->child(c).name() == name)
-                    next = &node->child(c);
-            node = next;
-            start = end + 1;
+    // The group at a path of names below `node` (as groupPath() writes it); null
+    // when there is none. A name may hold '/' itself: each way of reading the path
+    // is tried, in file order.
+    static DataNode* groupAt(DataNode& node, std::string_view path) {
+        if (path.empty())
+            return &node;
+        for (std::size_t c = 0; c < node.childCount(); ++c) {
+            DataNode& child = node.child(c);
+            const std::string& name = child.name();
+            if (path == name)
+                return &child;
+            if (path.size() > name.size() && path.compare(0, name.size(), name) == 0 &&
+                path[name.size()] == '/')
+                if (DataNode* found = groupAt(child, path.substr(name.size() + 1)))
+                    return found;
         }
-        return node;
+        return nullptr;
     }
 
     // A row of the table: an item of a node, and the node's group path.
