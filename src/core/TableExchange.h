@@ -7,6 +7,7 @@
 // section; each section's table lives in its own folder (<Name>Csv.h).
 
 #include "core/Csv.h"
+#include "core/DataTypes.h"
 #include "core/EditCommand.h"
 
 #include <cstddef>
@@ -15,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -127,6 +129,7 @@ public:
             }
         }
         changes_.assign(lists_.size(), {});
+        named_.assign(lists_.size(), std::nullopt);
         return out;
     }
 
@@ -158,8 +161,18 @@ public:
             c.replaced.emplace_back(places_[existing].second, std::move(item));
             return std::nullopt;
         }
-        if (auto message = duplicate(list, item, lists_[list].locate(), c.added))
-            return message;
+        if (std::optional<DataRef> data = uniqueData(item)) {
+            // The data the list's items name, gathered on the first new row.
+            std::optional<std::unordered_set<std::string>>& named = named_[list];
+            if (!named) {
+                named.emplace();
+                for (const Item& other : lists_[list].locate())
+                    if (std::optional<DataRef> d = uniqueData(other))
+                        named->insert(keyOf(*d));
+            }
+            if (!named->insert(keyOf(*data)).second)
+                return dataExists();
+        }
         c.added.push_back(std::move(item));
         return std::nullopt;
     }
@@ -196,11 +209,11 @@ protected:
     // dialog stores its form; the dialog's message when the check of OK refuses it.
     virtual std::optional<std::string> itemOf(const CsvRow& row, std::size_t list,
                                               Item& item) const = 0;
-    // The duplicate test of the add command, over the list and the rows added before.
-    virtual std::optional<std::string> duplicate(std::size_t, const Item&, const std::vector<Item>&,
-                                                 const std::vector<Item>&) const {
-        return std::nullopt;
-    }
+    // The data an item names, where two items of one list may not name the same
+    // data (the add command's test); none where they may.
+    virtual std::optional<DataRef> uniqueData(const Item&) const { return std::nullopt; }
+    // The add command's message for a new row whose data an item of its list names.
+    virtual std::string dataExists() const { return {}; }
     // The message for a new row whose list does not exist.
     virtual std::string missingList(const CsvRow& row) const = 0;
 
@@ -220,7 +233,9 @@ private:
     };
     std::vector<ItemList> lists_;
     std::vector<std::pair<std::size_t, std::size_t>> places_;
+    static std::string keyOf(const DataRef& data) { return data.dbname + '\0' + data.dataname; }
     std::vector<Changes> changes_;
+    std::vector<std::optional<std::unordered_set<std::string>>> named_;
 };
 
 } // namespace rq

@@ -184,6 +184,10 @@ TEST(SectionTables, RefusesWrongHeadersAndRowsThatNameNoList) {
         {"param", "database,data name,value\r\n",
          "line 1: unknown column \"value\" (the columns are database,data name,initial value)"},
         {"param", "", "the file has no header line (database,data name,initial value)"},
+        // A new row naming the data of a row added before it.
+        {"param",
+         "database,data name,initial value\r\nplant,Tank2_Level,1\r\nplant,Tank2_Level,2\r\n",
+         "The data already exist!"},
         {"param", "initial value,database,data name\r\n5,plant\r\n",
          "2 fields where the header has 3"},
         // A fault of the file comes first, wherever it is, and nothing is merged.

@@ -74,15 +74,10 @@ protected:
         item = alarmDataFromForm(f);
         return std::nullopt;
     }
-    std::optional<std::string> duplicate(std::size_t, const AlarmDataItem& item,
-                                         const std::vector<AlarmDataItem>& list,
-                                         const std::vector<AlarmDataItem>& added) const override {
-        for (const auto* l : {&list, &added})
-            for (const AlarmDataItem& d : *l)
-                if (d.dbname == item.dbname && d.dataname == item.dataname)
-                    return std::string(alarmtext::kDataExists);
-        return std::nullopt;
+    std::optional<DataRef> uniqueData(const AlarmDataItem& item) const override {
+        return DataRef{item.dbname, item.dataname};
     }
+    std::string dataExists() const override { return std::string(alarmtext::kDataExists); }
     std::string missingList(const CsvRow& row) const override {
         return "there is no alarm group \"" + row[0] + "\"";
     }

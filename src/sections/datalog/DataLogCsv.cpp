@@ -39,14 +39,8 @@ protected:
         ref = logDataFromForm(form);
         return std::nullopt;
     }
-    std::optional<std::string> duplicate(std::size_t, const DataRef& ref,
-                                         const std::vector<DataRef>& list,
-                                         const std::vector<DataRef>& added) const override {
-        if (std::find(list.begin(), list.end(), ref) != list.end() ||
-            std::find(added.begin(), added.end(), ref) != added.end())
-            return std::string(datalogtext::kDataExists);
-        return std::nullopt;
-    }
+    std::optional<DataRef> uniqueData(const DataRef& ref) const override { return ref; }
+    std::string dataExists() const override { return std::string(datalogtext::kDataExists); }
     std::string missingList(const CsvRow& row) const override {
         return "there is no data log \"" + row[0] + "\" of chosen variables";
     }

@@ -46,15 +46,10 @@ protected:
         storeHistoryDataForm(form, item);
         return std::nullopt;
     }
-    std::optional<std::string> duplicate(std::size_t, const HistoryData& item,
-                                         const std::vector<HistoryData>& list,
-                                         const std::vector<HistoryData>& added) const override {
-        for (const auto* l : {&list, &added})
-            for (const HistoryData& d : *l)
-                if (d.dbname == item.dbname && d.dataname == item.dataname)
-                    return std::string(historytext::kDataExists);
-        return std::nullopt;
+    std::optional<DataRef> uniqueData(const HistoryData& item) const override {
+        return DataRef{item.dbname, item.dataname};
     }
+    std::string dataExists() const override { return std::string(historytext::kDataExists); }
     std::string missingList(const CsvRow& row) const override {
         return "there is no history record \"" + row[0] + "\"";
     }

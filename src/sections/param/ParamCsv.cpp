@@ -40,17 +40,10 @@ protected:
         item = paramFromForm(form);
         return std::nullopt;
     }
-    std::optional<std::string> duplicate(std::size_t, const ParamItem& item,
-                                         const std::vector<ParamItem>& list,
-                                         const std::vector<ParamItem>& added) const override {
-        auto same = [&](const ParamItem& p) {
-            return p.dbname == item.dbname && p.dataname == item.dataname;
-        };
-        if (std::any_of(list.begin(), list.end(), same) ||
-            std::any_of(added.begin(), added.end(), same))
-            return std::string(paramtext::kDataExists);
-        return std::nullopt;
+    std::optional<DataRef> uniqueData(const ParamItem& item) const override {
+        return DataRef{item.dbname, item.dataname};
     }
+    std::string dataExists() const override { return std::string(paramtext::kDataExists); }
     std::string missingList(const CsvRow&) const override { return {}; }
 
 private:
