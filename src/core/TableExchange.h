@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -130,6 +131,7 @@ public:
         }
         changes_.assign(lists_.size(), {});
         named_.assign(lists_.size(), std::nullopt);
+        listsByWhere_.clear();
         return out;
     }
 
@@ -142,13 +144,15 @@ public:
             list = places_[existing].first;
             item = lists_[list].locate()[places_[existing].second];
         } else {
-            std::optional<std::size_t> found;
-            for (std::size_t l = 0; l < lists_.size() && !found; ++l)
-                if (whereOf(row) == lists_[l].where)
-                    found = l;
-            if (!found)
+            // The lists by their list columns, made on the first new row; the
+            // first of lists that look alike is the one.
+            if (listsByWhere_.empty())
+                for (std::size_t l = 0; l < lists_.size(); ++l)
+                    listsByWhere_.emplace(lists_[l].where, l);
+            auto found = listsByWhere_.find(whereOf(row));
+            if (found == listsByWhere_.end())
                 return missingList(row);
-            list = *found;
+            list = found->second;
         }
         if (auto message = itemOf(row, list, item))
             return message;
@@ -236,6 +240,7 @@ private:
     static std::string keyOf(const DataRef& data) { return data.dbname + '\0' + data.dataname; }
     std::vector<Changes> changes_;
     std::vector<std::optional<std::unordered_set<std::string>>> named_;
+    std::map<CsvRow, std::size_t> listsByWhere_;
 };
 
 } // namespace rq
