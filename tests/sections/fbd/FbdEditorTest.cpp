@@ -5,52 +5,25 @@
 #include "core/CommandIds.h"
 #include "core/MenuIds.h"
 #include "sections/fbd/FbdSectionEditor.h"
-#include "support/SectionTestKit.h"
+#include "support/EditorTestKit.h"
 
 #include <gtest/gtest.h>
-
-#include <deque>
-#include <optional>
 
 using namespace rq;
 using Texts = std::vector<std::string>;
 
 namespace {
 
-// Answers each dialog from its script like the real dialog: a form failing its
-// check shows the message and the next scripted form is tried; nothing is Cancel.
-// Records the forms the dialogs opened with.
-struct ScriptedDialogs : FbdDialogHost {
-    explicit ScriptedDialogs(MessageSink& sink) : sink(sink) {}
+struct Dialogs : FbdDialogHost {
+    explicit Dialogs(MessageSink& s) : sink(s) {}
     MessageSink& sink;
-    std::deque<std::optional<FbdBlockForm>> blocks;
-    std::deque<std::optional<FbdParamForm>> params;
-    std::vector<FbdBlockForm> openedBlocks;
-    std::vector<FbdParamForm> openedParams;
-
-    template <class Form, class Check>
-    bool answer(std::deque<std::optional<Form>>& script, Form& f, Check check) {
-        while (!script.empty()) {
-            std::optional<Form> next = script.front();
-            script.pop_front();
-            if (!next)
-                return false;
-            if (auto message = check(*next)) {
-                sink.showMessage(*message, MessageIcon::Stop);
-                continue;
-            }
-            f = *next;
-            return true;
-        }
-        return false;
-    }
+    rqtest::ScriptedDialog<FbdBlockForm> blocks;
+    rqtest::ScriptedDialog<FbdParamForm> params;
     bool blockDialog(FbdBlockForm& f) override {
-        openedBlocks.push_back(f);
-        return answer(blocks, f, validateFbdBlockForm);
+        return blocks.answer(f, sink, validateFbdBlockForm);
     }
     bool paramDialog(FbdParamForm& f) override {
-        openedParams.push_back(f);
-        return answer(params, f, validateFbdParamForm);
+        return params.answer(f, sink, validateFbdParamForm);
     }
 };
 
@@ -64,18 +37,11 @@ struct FbdEditorTest : ::testing::Test {
     EditorResult run(int command, void* node, std::vector<std::size_t> rows = {}) {
         return editor.run(command, EditorSelection{node, std::move(rows)});
     }
-    Texts cells(void* node) const {
-        Texts out;
-        EditorList l = editor.list(node);
-        for (std::size_t r = 0; r < l.rows(); ++r)
-            out.push_back(std::string(l.cell(r, 0)) + "|" + std::string(l.cell(r, 1)) + "|" +
-                          std::string(l.cell(r, 2)));
-        return out;
-    }
+    Texts cells(void* node) const { return rqtest::listRows(editor.list(node)); }
 
     FbdSection section;
     rqtest::RecordingSink sink;
-    ScriptedDialogs dialogs{sink};
+    Dialogs dialogs{sink};
     UndoHistory history;
     FbdSectionEditor editor{section, dialogs, sink, history};
 };
@@ -113,9 +79,6 @@ TEST_F(FbdEditorTest, NodesMenusAndTheListOfABlock) {
     EXPECT_EQ(editor.listMenu(block(0)), menuid::kFbdList);
     EXPECT_EQ(editor.keys(block(0)).modify, cmd::kFbdModifyParameter);
     EXPECT_EQ(editor.list(nullptr).rows(), 0u);
-    EditorList l = editor.list(block(1));
-    ASSERT_EQ(l.columns.size(), 3u);
-    EXPECT_EQ(l.columns[1].title, "Real-time data name");
     EXPECT_EQ(cells(block(1)), (Texts{"EN|system|Logic_True", "IN1|plant|x", "IN2||"}));
     EXPECT_EQ(cells(block(0)).front(), "EN|plant|run");
 }
@@ -124,16 +87,17 @@ TEST_F(FbdEditorTest, FlowsWithTheirMessages) {
     // Wrong node: nothing happens, nothing is said.
     for (int c : {cmd::kDeleteFbd, cmd::kFbdConfiguration, cmd::kFbdModifyParameter})
         EXPECT_FALSE(run(c, nullptr, {0}).changed) << c;
-    EXPECT_TRUE(dialogs.openedBlocks.empty());
+    EXPECT_TRUE(dialogs.blocks.opened.empty());
 
     // Add: a taken name opens the dialog again with what was typed.
-    dialogs.blocks = {FbdBlockForm{"", "", "", true}, FbdBlockForm{"gate", "Logic", "Or", true},
-                      FbdBlockForm{"mix", "Logic", "Or", true}};
+    dialogs.blocks.script = {FbdBlockForm{"", "", "", true},
+                             FbdBlockForm{"gate", "Logic", "Or", true},
+                             FbdBlockForm{"mix", "Logic", "Or", true}};
     EditorResult r = run(cmd::kNewFbd, nullptr);
     EXPECT_EQ(sink.texts(), (Texts{"Please input FBD name!", "The Function block already exist!"}));
-    ASSERT_EQ(dialogs.openedBlocks.size(), 2u);
-    EXPECT_TRUE(dialogs.openedBlocks[0].adding);
-    EXPECT_EQ(dialogs.openedBlocks[1].name, "gate");
+    ASSERT_EQ(dialogs.blocks.opened.size(), 2u);
+    EXPECT_TRUE(dialogs.blocks.opened[0].adding);
+    EXPECT_EQ(dialogs.blocks.opened[1].name, "gate");
     ASSERT_EQ(section.blocks().size(), 5u);
     EXPECT_TRUE(r.structural);
     EXPECT_EQ(r.select, block(4));
@@ -143,29 +107,30 @@ TEST_F(FbdEditorTest, FlowsWithTheirMessages) {
     // Configuration: filled from the block, the class fixed; a name of another block
     // is refused, the block's own accepted.
     sink.entries.clear();
-    dialogs.openedBlocks.clear();
-    dialogs.blocks = {FbdBlockForm{"cmp", "Logic", "Xor", false},
-                      FbdBlockForm{"mix", "Logic", "Xor", false}};
+    dialogs.blocks.opened.clear();
+    dialogs.blocks.script = {FbdBlockForm{"cmp", "Logic", "Xor", false},
+                             FbdBlockForm{"mix", "Logic", "Xor", false}};
     EXPECT_TRUE(run(cmd::kFbdConfiguration, block(4)).changed);
     EXPECT_EQ(sink.texts(), Texts{"The Function block already exist!"});
-    EXPECT_EQ(dialogs.openedBlocks[0].typeText, "Logic");
-    EXPECT_EQ(dialogs.openedBlocks[0].subTypeText, "Or");
-    EXPECT_FALSE(dialogs.openedBlocks[0].adding);
+    EXPECT_EQ(dialogs.blocks.opened[0].typeText, "Logic");
+    EXPECT_EQ(dialogs.blocks.opened[0].subTypeText, "Or");
+    EXPECT_FALSE(dialogs.blocks.opened[0].adding);
     EXPECT_EQ(section.blocks()[4].memberKind, "Logic_Xor");
-    dialogs.blocks = {FbdBlockForm{"mix", "Logic", "", false}}; // nothing chosen keeps it
+    dialogs.blocks.script = {FbdBlockForm{"mix", "Logic", "", false}}; // nothing chosen keeps it
     EXPECT_FALSE(run(cmd::kFbdConfiguration, block(4)).changed);
 
     // Parameter: the enabling row offers boolean data and starts on the always-true
     // item; choosing that item again is no change.
     sink.entries.clear();
-    dialogs.params = {FbdParamForm{"EN", "system", "Logic_True", true}};
+    dialogs.params.script = {FbdParamForm{"EN", "system", "Logic_True", true}};
     EXPECT_FALSE(run(cmd::kFbdModifyParameter, block(4), {0}).changed);
-    EXPECT_EQ(dialogs.openedParams[0].booleanOnly, true);
-    EXPECT_EQ(dialogs.openedParams[0].dbname, "system");
-    dialogs.params = {FbdParamForm{"IN2", "", "", false}, FbdParamForm{"IN2", "plant", "b", false}};
+    EXPECT_EQ(dialogs.params.opened[0].booleanOnly, true);
+    EXPECT_EQ(dialogs.params.opened[0].dbname, "system");
+    dialogs.params.script = {FbdParamForm{"IN2", "", "", false},
+                             FbdParamForm{"IN2", "plant", "b", false}};
     EXPECT_TRUE(run(cmd::kFbdModifyParameter, block(4), {3, 2}).changed);
-    EXPECT_EQ(dialogs.openedParams[1].name, "IN2");
-    EXPECT_FALSE(dialogs.openedParams[1].booleanOnly);
+    EXPECT_EQ(dialogs.params.opened[1].name, "IN2");
+    EXPECT_FALSE(dialogs.params.opened[1].booleanOnly);
     EXPECT_EQ(sink.texts(), Texts{"Please choose data!"});
     EXPECT_EQ(cells(block(4))[2], "IN2|plant|b");
     EXPECT_FALSE(run(cmd::kFbdModifyParameter, block(4), {9}).changed);
@@ -183,67 +148,50 @@ TEST_F(FbdEditorTest, FlowsWithTheirMessages) {
 }
 
 TEST_F(FbdEditorTest, EveryCommandIsOneStepAndUndoRedoGiveTheBytes) {
-    struct Row {
-        const char* name;
-        int command;
-        std::size_t block; // 9: the fixed node
-        std::vector<std::size_t> rows;
-        std::optional<FbdBlockForm> blockForm;
-        std::optional<FbdParamForm> paramForm;
-    };
-    const Row table[] = {
-        {"Add FBD", cmd::kNewFbd, 9, {}, FbdBlockForm{"lin", "Linear Convert", "", true}, {}},
-        {"Add FBD", cmd::kNewFbd, 0, {}, FbdBlockForm{"and", "Logic", "And", true}, {}},
-        {"Delete FBD", cmd::kDeleteFbd, 0, {}, {}, {}},
-        {"Delete FBD", cmd::kDeleteFbd, 3, {}, {}, {}},
-        {"FBD Configuration",
-         cmd::kFbdConfiguration,
-         0,
-         {},
-         FbdBlockForm{"sum", "", "Divide", false},
-         {}},
-        {"FBD Configuration",
-         cmd::kFbdConfiguration,
-         3,
-         {},
-         FbdBlockForm{"cmp", "", ">", false},
-         {}},
-        {"Modify FBD Parameter",
-         cmd::kFbdModifyParameter,
-         0,
-         {0},
-         {},
-         FbdParamForm{"EN", "system", "Logic_True", true}},
-        {"Modify FBD Parameter",
-         cmd::kFbdModifyParameter,
-         1,
-         {0},
-         {},
-         FbdParamForm{"EN", "plant", "on", true}},
-        {"Modify FBD Parameter",
-         cmd::kFbdModifyParameter,
-         2,
-         {3},
-         {},
-         FbdParamForm{"MV", "loop", "out", false}},
-    };
-    for (const Row& row : table) {
-        SCOPED_TRACE(std::string(row.name) + " on block " + std::to_string(row.block));
-        dialogs.blocks = {row.blockForm};
-        dialogs.params = {row.paramForm};
-        const std::string before = bytes();
-        const std::size_t steps = history.index();
-        ASSERT_TRUE(
-            run(row.command, row.block == 9 ? nullptr : block(row.block), row.rows).changed);
-        EXPECT_EQ(history.index(), steps + 1);
-        EXPECT_EQ(history.undoText(), std::string("Undo ") + row.name);
-        const std::string after = bytes();
-        EXPECT_NE(after, before);
-        ASSERT_TRUE(history.undo());
-        EXPECT_EQ(bytes(), before);
-        ASSERT_TRUE(history.redo());
-        EXPECT_EQ(bytes(), after);
-        ASSERT_TRUE(history.undo());
-    }
-    EXPECT_EQ(bytes(), rqtest::readFile(rqtest::dataPath("fbd", "blocks", "input.xml").string()));
+    auto blockForm = [&](FbdBlockForm f) { return dialogs.blocks.script = {f}, 0; };
+    auto paramForm = [&](FbdParamForm f) { return dialogs.params.script = {f}, 0; };
+    const std::vector<std::string> texts = rqtest::expectEveryStepUndoesAndRedoes(
+        history,
+        {
+            {"Undo Modify FBD Parameter",
+             [&] {
+                 return paramForm({"EN", "system", "Logic_True", true}),
+                        run(cmd::kFbdModifyParameter, block(0), {0}).changed;
+             }},
+            {"Undo Modify FBD Parameter",
+             [&] {
+                 return paramForm({"EN", "plant", "on", true}),
+                        run(cmd::kFbdModifyParameter, block(1), {0}).changed;
+             }},
+            {"Undo Modify FBD Parameter",
+             [&] {
+                 return paramForm({"MV", "loop", "out", false}),
+                        run(cmd::kFbdModifyParameter, block(2), {3}).changed;
+             }},
+            {"Undo FBD Configuration",
+             [&] {
+                 return blockForm({"sum", "", "Divide", false}),
+                        run(cmd::kFbdConfiguration, block(0)).changed;
+             }},
+            {"Undo FBD Configuration",
+             [&] {
+                 return blockForm({"cmp", "", ">", false}),
+                        run(cmd::kFbdConfiguration, block(3)).changed;
+             }},
+            {"Undo Add FBD",
+             [&] {
+                 return blockForm({"lin", "Linear Convert", "", true}),
+                        run(cmd::kNewFbd, nullptr).changed;
+             }},
+            {"Undo Add FBD",
+             [&] {
+                 return blockForm({"and", "Logic", "And", true}),
+                        run(cmd::kNewFbd, block(0)).changed;
+             }},
+            {"Undo Delete FBD", [&] { return run(cmd::kDeleteFbd, block(0)).changed; }},
+            {"Undo Delete FBD", [&] { return run(cmd::kDeleteFbd, block(2)).changed; }},
+        },
+        [&] { return bytes(); });
+    EXPECT_EQ(texts.front(),
+              rqtest::readFile(rqtest::dataPath("fbd", "blocks", "input.xml").string()));
 }

@@ -6,23 +6,14 @@
 #include "core/MenuIds.h"
 #include "core/StorableValue.h"
 #include "sections/history/HistorySectionEditor.h"
-#include "support/ScriptedDialog.h"
-#include "support/TestSupport.h"
+#include "support/EditorTestKit.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <functional>
 
 using namespace rq;
 using Texts = std::vector<std::string>;
 
 namespace {
-
-std::string demoHistoryFile() {
-    const char* src = std::getenv("RQ_SOURCE_DIR");
-    return std::string(src ? src : ".") + "/data/examples/demo/history.xml";
-}
 
 struct ScriptedHistoryDialogs : HistoryDialogHost {
     explicit ScriptedHistoryDialogs(MessageSink& s) : sink(s) {}
@@ -52,15 +43,9 @@ HistoryDataForm dataForm(const std::string& dataname, int kind, const std::strin
 
 struct HistoryEditorTest : ::testing::Test {
     HistoryEditorTest() {
-        rqtest::RecordingSink readSink;
-        ReadContext ctx{readSink, nullptr, nullptr, {}};
-        EXPECT_TRUE(section.read(demoHistoryFile(), ctx));
+        EXPECT_TRUE(rqtest::readSection(section, rqtest::demoFile("history.xml")));
     }
-    std::string text() const {
-        std::string out;
-        section.write(out);
-        return out;
-    }
+    std::string text() const { return rqtest::written(section); }
     EditorResult run(int command, int record = -1, std::vector<std::size_t> rows = {}) {
         return editor.run(command, EditorSelection{editor.key(record), std::move(rows)});
     }
@@ -70,18 +55,7 @@ struct HistoryEditorTest : ::testing::Test {
             out.push_back(n.label);
         return out;
     }
-    // The list of a record, a row per line, cells joined by '|'.
-    Texts rows(int record) const {
-        Texts out;
-        EditorList l = editor.list(editor.key(record));
-        for (std::size_t r = 0; r < l.rows(); ++r) {
-            std::string line;
-            for (std::size_t c = 0; c < l.columns.size(); ++c)
-                line += (c ? "|" : "") + std::string(l.cell(r, static_cast<int>(c)));
-            out.push_back(line);
-        }
-        return out;
-    }
+    Texts rows(int record) const { return rqtest::listRows(editor.list(editor.key(record))); }
 
     HistorySection section;
     rqtest::RecordingSink sink;
@@ -138,10 +112,6 @@ TEST_F(HistoryEditorTest, NodesListAndRecordCommands) {
     EXPECT_EQ(editor.keys(nullptr).add, 0);
     EXPECT_EQ(editor.keys(editor.key(1)).remove, cmd::kDeleteHistoryData);
     EXPECT_TRUE(editor.list(nullptr).columns.empty());
-    EditorList l = editor.list(editor.key(0));
-    ASSERT_EQ(l.columns.size(), 8u);
-    EXPECT_EQ(l.columns[5].title, "Trigger variable name");
-    EXPECT_EQ(l.columns[7].width, 130);
     EXPECT_EQ(rows(0)[2], "plant|Pump1_Speed|Variable trigger record|||plant.Pump1_Run||"
                           "speed at start");
 
@@ -209,42 +179,27 @@ TEST_F(HistoryEditorTest, DataCommandsWithTheirMessages) {
 
 // Every command is one step: undo gives the file's bytes as before, redo as after.
 TEST_F(HistoryEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
-    struct Step {
-        const char* undoText;
-        std::function<bool()> run;
-    } steps[] = {
-        {"Undo Add History Data Record",
-         [&] { return dialogs.record.script = {recordForm("n")}, run(32912).changed; }},
-        {"Undo Modify History Data Record",
-         [&] { return dialogs.record.script = {recordForm("m", 1)}, run(32853, 0).changed; }},
-        {"Undo Rename History Data Record", [&] { return editor.rename(editor.key(1), "r"); }},
-        {"Undo Add Data",
-         [&] { return dialogs.data.script = {dataForm("v", 1, "2")}, run(32850, 2).changed; }},
-        {"Undo Modify Data",
-         [&] {
-             return dialogs.data.script = {dataForm("w", 2, "a.b")}, run(32852, 0, {1}).changed;
-         }},
-        {"Undo Delete Data",
-         [&] {
-             return sink.answers = {true}, run(32851, 0, {0, 2}).changed;
-         }},
-        {"Undo Delete History Data Record",
-         [&] { return sink.answers = {true}, run(32913, 1).changed; }},
-    };
-    std::vector<std::string> texts{text()};
-    for (const Step& step : steps) {
-        ASSERT_TRUE(step.run()) << step.undoText;
-        EXPECT_EQ(history.undoText(), step.undoText);
-        texts.push_back(text());
-        ASSERT_NE(texts.back(), texts[texts.size() - 2]) << step.undoText;
-    }
-    for (std::size_t i = texts.size() - 1; i > 0; --i) {
-        ASSERT_TRUE(history.undo());
-        EXPECT_EQ(text(), texts[i - 1]) << steps[i - 1].undoText;
-    }
-    for (std::size_t i = 1; i < texts.size(); ++i) {
-        ASSERT_TRUE(history.redo());
-        EXPECT_EQ(text(), texts[i]) << steps[i - 1].undoText;
-    }
-    EXPECT_EQ(texts.front(), rqtest::readFile(demoHistoryFile()));
+    const std::vector<std::string> texts = rqtest::expectEveryStepUndoesAndRedoes(
+        history,
+        {
+            {"Undo Add History Data Record",
+             [&] { return dialogs.record.script = {recordForm("n")}, run(32912).changed; }},
+            {"Undo Modify History Data Record",
+             [&] { return dialogs.record.script = {recordForm("m", 1)}, run(32853, 0).changed; }},
+            {"Undo Rename History Data Record", [&] { return editor.rename(editor.key(1), "r"); }},
+            {"Undo Add Data",
+             [&] { return dialogs.data.script = {dataForm("v", 1, "2")}, run(32850, 2).changed; }},
+            {"Undo Modify Data",
+             [&] {
+                 return dialogs.data.script = {dataForm("w", 2, "a.b")}, run(32852, 0, {1}).changed;
+             }},
+            {"Undo Delete Data",
+             [&] {
+                 return sink.answers = {true}, run(32851, 0, {0, 2}).changed;
+             }},
+            {"Undo Delete History Data Record",
+             [&] { return sink.answers = {true}, run(32913, 1).changed; }},
+        },
+        [&] { return text(); });
+    EXPECT_EQ(texts.front(), rqtest::readFile(rqtest::demoFile("history.xml")));
 }

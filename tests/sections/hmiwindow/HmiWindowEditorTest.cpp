@@ -5,17 +5,13 @@
 
 #include "core/CommandIds.h"
 #include "core/HmiDeviceCatalog.h"
-#include "core/MenuIds.h"
 #include "core/StorableValue.h"
 #include "sections/hmiwindow/HmiWindowSectionEditor.h"
 #include "sections/hmiwindow/WindowFiles.h"
-#include "support/ScriptedDialog.h"
-#include "support/SectionTestKit.h"
+#include "support/EditorTestKit.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <functional>
 #include <map>
 
 using namespace rq;
@@ -55,10 +51,8 @@ WindowForm form(std::string name, std::string file, bool create = true, std::str
 
 struct HmiWindowEditorTest : ::testing::Test {
     HmiWindowEditorTest() {
-        const char* src = std::getenv("RQ_SOURCE_DIR");
-        const fs::path demo = fs::path(src ? src : ".") / "data/examples/demo";
         for (const char* f : {"hmiwindow.xml", "main.xml", "trend.xml", "service.xml", "rtdb.xml"})
-            fs::copy_file(demo / f, dir.path() / f);
+            fs::copy_file(rqtest::demoFile(f), dir.path() / f);
         EXPECT_TRUE(rqtest::readSection(section, dir.file("hmiwindow.xml")));
         fs::remove(dir.path() / "hmiwindow.xml"); // the section's bytes come from the model
         project.projectDirectory = dir.str();
@@ -77,17 +71,7 @@ struct HmiWindowEditorTest : ::testing::Test {
     bool run(int command, std::vector<std::size_t> rows = {}) {
         return editor.run(command, EditorSelection{nullptr, std::move(rows)}).changed;
     }
-    Texts rows() const {
-        Texts out;
-        EditorList l = editor.list(nullptr);
-        for (std::size_t r = 0; r < l.rows(); ++r) {
-            std::string row;
-            for (int c = 0; c < 5; ++c)
-                row += std::string(c ? "|" : "") + std::string(l.cell(r, c));
-            out.push_back(row);
-        }
-        return out;
-    }
+    Texts rows() const { return rqtest::listRows(editor.list(nullptr)); }
 
     rqtest::TempDir dir;
     HmiWindowSection section;
@@ -111,23 +95,11 @@ TEST(WindowForms, ChecksInOrder) {
     EXPECT_EQ(validateWindowForm(form("w", "f\"")), checkStorableValue("File Name", "f\""));
 }
 
-TEST_F(HmiWindowEditorTest, ListColumnsMenuAndKeys) {
+TEST_F(HmiWindowEditorTest, TheListShowsEveryWindow) {
     EXPECT_TRUE(editor.nodes().empty());
-    EXPECT_EQ(editor.treeMenu(nullptr), 0);
-    EXPECT_EQ(editor.listMenu(nullptr), menuid::kWindowsList);
-    EditorList l = editor.list(nullptr);
-    Texts columns;
-    for (const EditorColumn& c : l.columns)
-        columns.push_back(c.title + "/" + std::to_string(c.width));
-    EXPECT_EQ(columns, (Texts{"HMI window name/100", "HMI window title/100", "File name/200",
-                              "Startup show/200", "availability/200"}));
     EXPECT_EQ(rows(), (Texts{"main|Tank farm overview|main.xml|Show|Enable",
                              "trend|Level trend|trend.xml|Hide|Enable",
                              "service|Service|service.xml|Hide|Disable"}));
-    EditorKeys k = editor.keys(nullptr);
-    EXPECT_EQ(k.add, cmd::kNewWindow);
-    EXPECT_EQ(k.modify, cmd::kModifyWindow);
-    EXPECT_EQ(k.remove, cmd::kDeleteWindow);
 }
 
 TEST_F(HmiWindowEditorTest, AddChecksTypedNamesAndMakesTheLayoutFile) {
@@ -158,6 +130,7 @@ TEST_F(HmiWindowEditorTest, AddChecksTypedNamesAndMakesTheLayoutFile) {
     EXPECT_EQ(dialogs.s.opened[3].filename, "no-dir/p.xml");
     EXPECT_EQ(rows().back(), "pump|Pumps|rtdb.xml|Show|Disable");
     EXPECT_EQ(rqtest::readFile(dir.file("rtdb.xml")), rtdb);
+    EXPECT_FALSE(fs::exists(dir.file("no-dir")));
 
     // A new file takes the HMI type's screen size; "myxmlscreen" keeps its name.
     HmiDeviceType type;
@@ -223,41 +196,26 @@ TEST_F(HmiWindowEditorTest, ModifyDeleteAndTheDesigner) {
 // Every command is one step: undo gives the section's and the directory's bytes as
 // before, redo as after.
 TEST_F(HmiWindowEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
-    struct Step {
-        const char* undoText;
-        std::function<bool()> run;
-    } steps[] = {
-        {"Undo Add Window",
-         [&] { return dialogs.s.script = {form("w1", "w1")}, run(cmd::kNewWindow); }},
-        {"Undo Modify Window",
-         [&] {
-             return dialogs.s.script = {form("t2", "t2.xml", true, "x")},
-                    run(cmd::kModifyWindow, {1});
-         }},
-        {"Undo Add Window",
-         [&] { return dialogs.s.script = {form("w2", "w2", false)}, run(cmd::kNewWindow); }},
-        {"Undo Add Window",
-         [&] { return dialogs.s.script = {form("w3", "main")}, run(cmd::kNewWindow); }},
-        {"Undo Delete Window",
-         [&] {
-             return sink.answers = {true}, run(cmd::kDeleteWindow, {0, 3, 4});
-         }},
-    };
-    std::vector<std::string> shots{snapshot()};
-    for (const Step& step : steps) {
-        ASSERT_TRUE(step.run()) << step.undoText;
-        EXPECT_EQ(history.undoText(), step.undoText);
-        shots.push_back(snapshot());
-        ASSERT_NE(shots.back(), shots[shots.size() - 2]) << step.undoText;
-    }
-    for (std::size_t i = shots.size() - 1; i > 0; --i) {
-        ASSERT_TRUE(history.undo());
-        EXPECT_EQ(snapshot(), shots[i - 1]) << steps[i - 1].undoText;
-    }
-    for (std::size_t i = 1; i < shots.size(); ++i) {
-        ASSERT_TRUE(history.redo());
-        EXPECT_EQ(snapshot(), shots[i]) << steps[i - 1].undoText;
-    }
+    rqtest::expectEveryStepUndoesAndRedoes(
+        history,
+        {
+            {"Undo Add Window",
+             [&] { return dialogs.s.script = {form("w1", "w1")}, run(cmd::kNewWindow); }},
+            {"Undo Modify Window",
+             [&] {
+                 return dialogs.s.script = {form("t2", "t2.xml", true, "x")},
+                        run(cmd::kModifyWindow, {1});
+             }},
+            {"Undo Add Window",
+             [&] { return dialogs.s.script = {form("w2", "w2", false)}, run(cmd::kNewWindow); }},
+            {"Undo Add Window",
+             [&] { return dialogs.s.script = {form("w3", "main")}, run(cmd::kNewWindow); }},
+            {"Undo Delete Window",
+             [&] {
+                 return sink.answers = {true}, run(cmd::kDeleteWindow, {0, 3, 4});
+             }},
+        },
+        [&] { return snapshot(); });
     EXPECT_EQ(sink.texts(), Texts{windowtext::kDeleteWindow});
 
     // A layout file the designer has changed since is the user's: undo leaves it.

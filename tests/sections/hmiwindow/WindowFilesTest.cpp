@@ -40,25 +40,6 @@ TEST(WindowFiles, TemplateTakesTheScreenSizeOf1024x768WithoutHmiType) {
     EXPECT_EQ(windowTemplateText(size.width, size.height), golden("800x480"));
 }
 
-TEST(WindowFiles, CreatesOnlyWhenNoFileCanBeOpened) {
-    rqtest::TempDir dir;
-    const std::string text = windowTemplateText(1024, 768);
-    std::string error;
-    EXPECT_EQ(createWindowFileIfMissing(dir.str(), "main.xml", text, &error),
-              WindowFileResult::Created);
-    EXPECT_EQ(rqtest::readFile(dir.file("main.xml")), text);
-    // "rtdb" passes the reserved test and becomes rtdb.xml, which stays untouched.
-    rqtest::writeFile(dir.file("rtdb.xml"), "section");
-    EXPECT_EQ(createWindowFileIfMissing(dir.str(), windowFileNameWithXml("rtdb"), text, &error),
-              WindowFileResult::Exists);
-    EXPECT_EQ(rqtest::readFile(dir.file("rtdb.xml")), "section");
-
-    EXPECT_EQ(createWindowFileIfMissing(dir.file("no-dir"), "w.xml", text, &error),
-              WindowFileResult::Failed);
-    EXPECT_FALSE(error.empty());
-    EXPECT_FALSE(std::filesystem::exists(dir.file("no-dir")));
-}
-
 TEST(WindowFiles, AFifoInTheFilesPlaceNeitherBlocksNorIsReplaced) {
     rqtest::TempDir dir;
     ASSERT_EQ(::mkfifo(dir.file("pipe.xml").c_str(), 0644), 0);

@@ -5,12 +5,10 @@
 #include "sections/rtdb/RtdbBrowseModel.h"
 #include "sections/rtdb/RtdbCommands.h"
 #include "sections/rtdb/RtdbListModel.h"
-#include "support/TestSupport.h"
+#include "support/EditorTestKit.h"
 
 #include <gtest/gtest.h>
 
-#include <deque>
-#include <functional>
 #include <optional>
 
 namespace rq {
@@ -27,59 +25,21 @@ namespace {
 using namespace rq;
 using Texts = std::vector<std::string>;
 
-// Answers each dialog from a script: a form is what the user enters before OK,
-// nothing is Cancel. Like the real dialogs, OK on a form that fails its check
-// shows the message and keeps the dialog open (the next scripted form is taken).
-class ScriptedDialogs : public RtdbDialogHost {
-public:
-    explicit ScriptedDialogs(MessageSink& sink) : sink_(sink) {}
-
-    std::deque<std::optional<DatabaseForm>> database;
-    std::deque<std::optional<DataGroupForm>> group;
-    std::deque<std::optional<DataForm>> data;
-    std::deque<std::optional<BatchDataForm>> batch;
-    std::vector<DatabaseForm> databaseOpened;
-    std::vector<DataGroupForm> groupOpened;
-    std::vector<DataForm> dataOpened;
-    int opened = 0;
-
-    bool databaseDialog(DatabaseForm& f) override {
-        databaseOpened.push_back(f);
-        return answer(database, f,
-                      [](const DatabaseForm&) { return std::optional<std::string>(); });
-        // (The real dialog has no check of its own: the command checks what OK gave.)
-    }
-    bool dataGroupDialog(DataGroupForm& f) override {
-        groupOpened.push_back(f);
-        return answer(group, f, [](const DataGroupForm&) { return std::optional<std::string>(); });
-    }
-    bool dataDialog(DataForm& f) override {
-        dataOpened.push_back(f);
-        return answer(data, f, validateDataForm);
-    }
+struct Dialogs : RtdbDialogHost {
+    explicit Dialogs(MessageSink& s) : sink(s) {}
+    MessageSink& sink;
+    // (The database and group dialogs have no check of their own: the command
+    // checks what OK gave.)
+    rqtest::ScriptedDialog<DatabaseForm> database;
+    rqtest::ScriptedDialog<DataGroupForm> group;
+    rqtest::ScriptedDialog<DataForm> data;
+    rqtest::ScriptedDialog<BatchDataForm> batch;
+    bool databaseDialog(DatabaseForm& f) override { return database.answer(f, sink); }
+    bool dataGroupDialog(DataGroupForm& f) override { return group.answer(f, sink); }
+    bool dataDialog(DataForm& f) override { return data.answer(f, sink, validateDataForm); }
     bool batchDataDialog(BatchDataForm& f) override {
-        return answer(batch, f, validateBatchDataForm);
+        return batch.answer(f, sink, validateBatchDataForm);
     }
-
-private:
-    template <class Form, class Check>
-    bool answer(std::deque<std::optional<Form>>& script, Form& f, Check check) {
-        ++opened;
-        while (!script.empty()) {
-            std::optional<Form> next = script.front();
-            script.pop_front();
-            if (!next)
-                return false;
-            if (auto msg = check(*next)) {
-                sink_.showMessage(*msg, MessageIcon::Stop);
-                continue;
-            }
-            f = *next;
-            return true;
-        }
-        return false;
-    }
-    MessageSink& sink_;
 };
 
 DataForm dataForm(std::string name, int type, int length, std::string init = "0") {
@@ -115,16 +75,12 @@ protected:
         other = &rtdb.root().addDatabase("other", false);
         before = text();
     }
-    std::string text() const {
-        std::string out;
-        rtdb.write(out);
-        return out;
-    }
+    std::string text() const { return rqtest::written(rtdb); }
     bool unchanged() const { return text() == before; }
 
     RtdbSection rtdb;
     rqtest::RecordingSink sink;
-    ScriptedDialogs dialogs{sink};
+    Dialogs dialogs{sink};
     UndoHistory history;
     RtdbEditor ed{rtdb, dialogs, sink, history};
     DataNode* db = nullptr;
@@ -210,14 +166,14 @@ TEST(RtdbForms, TypeSelectionLengthAndStoredItem) {
 }
 
 TEST_F(RtdbEditorTest, AddDatabase) {
-    dialogs.database = {std::nullopt, DatabaseForm{"", true}, DatabaseForm{"plant", true}};
+    dialogs.database.script = {std::nullopt, DatabaseForm{"", true}, DatabaseForm{"plant", true}};
     for (int i = 0; i < 3; ++i)
         EXPECT_FALSE(addDatabase(ed).changed);
     EXPECT_TRUE(unchanged());
     EXPECT_EQ(sink.texts(), Texts{"The database already exist!"});
-    EXPECT_TRUE(dialogs.databaseOpened[0].sync); // checked by default
+    EXPECT_TRUE(dialogs.database.opened[0].sync); // checked by default
 
-    dialogs.database = {DatabaseForm{"Plant", false}};
+    dialogs.database.script = {DatabaseForm{"Plant", false}};
     RtdbEditResult r = addDatabase(ed);
     EXPECT_TRUE(r.changed);
     ASSERT_EQ(rtdb.databaseCount(), 3u);
@@ -229,17 +185,17 @@ TEST_F(RtdbEditorTest, AddDatabase) {
 TEST_F(RtdbEditorTest, AddDataGroupTestsTheWholeDatabase) {
     EXPECT_FALSE(addDataGroup(ed, &rtdb.root()).changed);
     EXPECT_FALSE(addDataGroup(ed, nullptr).changed);
-    EXPECT_EQ(dialogs.opened, 0);
+    EXPECT_TRUE(dialogs.group.opened.empty());
 
-    dialogs.group = {std::nullopt, DataGroupForm{""}, DataGroupForm{"Tank3"},
-                     DataGroupForm{"tanks"}};
+    dialogs.group.script = {std::nullopt, DataGroupForm{""}, DataGroupForm{"Tank3"},
+                            DataGroupForm{"tanks"}};
     for (int i = 0; i < 4; ++i)
         EXPECT_FALSE(addDataGroup(ed, db).changed);
     EXPECT_TRUE(unchanged());
     EXPECT_EQ(sink.texts(),
               (Texts{"The data group already exist!", "The data group already exist!"}));
 
-    dialogs.group = {DataGroupForm{"inner"}, DataGroupForm{"inner"}};
+    dialogs.group.script = {DataGroupForm{"inner"}, DataGroupForm{"inner"}};
     RtdbEditResult r = addDataGroup(ed, group);
     ASSERT_TRUE(r.changed);
     EXPECT_EQ(r.added->parent(), group);
@@ -248,21 +204,21 @@ TEST_F(RtdbEditorTest, AddDataGroupTestsTheWholeDatabase) {
 
 TEST_F(RtdbEditorTest, AddDataValidatesThenTestsDuplicates) {
     EXPECT_FALSE(addData(ed, &rtdb.root()).changed);
-    EXPECT_EQ(dialogs.opened, 0);
+    EXPECT_TRUE(dialogs.data.opened.empty());
 
     // A failed check keeps the dialog open; the corrected entry is a duplicate of a
     // group name in the same database.
-    dialogs.data = {dataForm("x", 0, 8), dataForm("tanks", 0, 1)};
+    dialogs.data.script = {dataForm("x", 0, 8), dataForm("tanks", 0, 1)};
     EXPECT_FALSE(addData(ed, db).changed);
-    dialogs.data = {std::nullopt};
+    dialogs.data.script = {std::nullopt};
     EXPECT_FALSE(addData(ed, group).changed);
     EXPECT_TRUE(unchanged());
     EXPECT_EQ(sink.texts(),
               (Texts{"bit data length error(must be 1~7)!", "The data already exist!"}));
-    EXPECT_EQ(dialogs.dataOpened[0].init, "0");
+    EXPECT_EQ(dialogs.data.opened[0].init, "0");
 
-    dialogs.data = {dataForm("Level", 7, 4, "1.5"), aliasForm("L", "Level"),
-                    dataForm("Tank3", 1, 1)};
+    dialogs.data.script = {dataForm("Level", 7, 4, "1.5"), aliasForm("L", "Level"),
+                           dataForm("Tank3", 1, 1)};
     EXPECT_TRUE(addData(ed, group).changed);
     EXPECT_TRUE(addData(ed, group).changed);
     EXPECT_TRUE(addData(ed, other).changed); // the same name in another database
@@ -280,7 +236,7 @@ TEST_F(RtdbEditorTest, BatchAdd) {
     f.to = 4;
     BatchDataForm reversed = f;
     reversed.from = 5;
-    dialogs.batch = {std::nullopt, f, reversed};
+    dialogs.batch.script = {std::nullopt, f, reversed};
     for (int i = 0; i < 3; ++i)
         EXPECT_FALSE(batchAddData(ed, db).changed);
     EXPECT_TRUE(unchanged());
@@ -289,7 +245,7 @@ TEST_F(RtdbEditorTest, BatchAdd) {
     f.data = aliasForm("A", "Tank");
     f.from = 8;
     f.to = 10;
-    dialogs.batch = {f};
+    dialogs.batch.script = {f};
     EXPECT_TRUE(batchAddData(ed, group).changed);
     ASSERT_EQ(group->itemCount(), 5u);
     EXPECT_EQ(group->item(2), DataItem::makeAlias("A8", "Tank8"));
@@ -299,7 +255,7 @@ TEST_F(RtdbEditorTest, BatchAdd) {
     f.data.description = "d";
     f.from = -1;
     f.to = 1;
-    dialogs.batch = {f};
+    dialogs.batch.script = {f};
     EXPECT_TRUE(batchAddData(ed, other).changed);
     ASSERT_EQ(other->itemCount(), 3u);
     EXPECT_EQ(other->item(0), DataItem::makeData("T-1", "long", "4", "7", "d"));
@@ -309,32 +265,32 @@ TEST_F(RtdbEditorTest, BatchAdd) {
 TEST_F(RtdbEditorTest, ModifyData) {
     EXPECT_FALSE(modifyData(ed, group, {}).changed);
     EXPECT_FALSE(modifyData(ed, group, {7}).changed);
-    EXPECT_EQ(dialogs.opened, 0);
+    EXPECT_TRUE(dialogs.data.opened.empty());
 
-    dialogs.data = {std::nullopt};
+    dialogs.data.script = {std::nullopt};
     EXPECT_FALSE(modifyData(ed, group, {1, 0}).changed);
     EXPECT_TRUE(unchanged());
     // Filled from the first selected row: the data row, type selected by its text.
-    ASSERT_EQ(dialogs.dataOpened.size(), 1u);
-    EXPECT_EQ(dialogs.dataOpened[0].name, "Tank3");
-    EXPECT_EQ(dialogs.dataOpened[0].typeIndex, 7);
-    EXPECT_EQ(dialogs.dataOpened[0].description, "level");
+    ASSERT_EQ(dialogs.data.opened.size(), 1u);
+    EXPECT_EQ(dialogs.data.opened[0].name, "Tank3");
+    EXPECT_EQ(dialogs.data.opened[0].typeIndex, 7);
+    EXPECT_EQ(dialogs.data.opened[0].description, "level");
 
     // A new name that the database uses is refused like a duplicate add and the
     // dialog opens again with what was typed; the namespace follows the change.
-    dialogs.data = {aliasForm("Pump", "T9"), aliasForm("Pump2", "T9")};
+    dialogs.data.script = {aliasForm("Pump", "T9"), aliasForm("Pump2", "T9")};
     EXPECT_TRUE(modifyData(ed, group, {1}).changed);
     EXPECT_EQ(sink.texts(), Texts{"The data already exist!"});
-    EXPECT_TRUE(dialogs.dataOpened[1].alias);
-    EXPECT_EQ(dialogs.dataOpened[1].aliasText, "Tank3");
-    EXPECT_EQ(dialogs.dataOpened[2].name, "Pump");
-    EXPECT_EQ(dialogs.dataOpened[2].aliasText, "T9");
+    EXPECT_TRUE(dialogs.data.opened[1].alias);
+    EXPECT_EQ(dialogs.data.opened[1].aliasText, "Tank3");
+    EXPECT_EQ(dialogs.data.opened[2].name, "Pump");
+    EXPECT_EQ(dialogs.data.opened[2].aliasText, "T9");
     EXPECT_EQ(group->item(1).target, "T9");
     EXPECT_EQ(group->item(1).name, "Pump2");
     EXPECT_FALSE(db->nameInUse("T3"));
     sink.entries.clear();
 
-    dialogs.data = {dataForm("Tank4", 2, 1, "5")};
+    dialogs.data.script = {dataForm("Tank4", 2, 1, "5")};
     EXPECT_TRUE(modifyData(ed, group, {0}).changed);
     EXPECT_EQ(group->item(0), DataItem::makeData("Tank4", "uchar", "1", "5", ""));
     EXPECT_FALSE(rtdb.hasData("plant", "Tank3"));
@@ -383,18 +339,19 @@ TEST_F(RtdbEditorTest, DeleteDatabaseAndGroup) {
 
 TEST_F(RtdbEditorTest, PropertiesAndLabelRenames) {
     // Another database's name is refused and the dialog opens again with it.
-    dialogs.database = {std::nullopt, DatabaseForm{"other", true}, DatabaseForm{"plant2", false}};
+    dialogs.database.script = {std::nullopt, DatabaseForm{"other", true},
+                               DatabaseForm{"plant2", false}};
     EXPECT_FALSE(editNodeProperties(ed, db).changed);
     EXPECT_TRUE(unchanged());
     EXPECT_TRUE(editNodeProperties(ed, db).changed);
-    EXPECT_EQ(dialogs.databaseOpened[0].name, "plant");
-    EXPECT_EQ(dialogs.databaseOpened[2].name, "other");
+    EXPECT_EQ(dialogs.database.opened[0].name, "plant");
+    EXPECT_EQ(dialogs.database.opened[2].name, "other");
     EXPECT_EQ(db->name(), "plant2");
     EXPECT_FALSE(db->sync());
 
-    dialogs.group = {DataGroupForm{"Pump"}, DataGroupForm{"vessels"}};
+    dialogs.group.script = {DataGroupForm{"Pump"}, DataGroupForm{"vessels"}};
     EXPECT_TRUE(editNodeProperties(ed, group).changed);
-    EXPECT_EQ(dialogs.groupOpened[0].name, "tanks");
+    EXPECT_EQ(dialogs.group.opened[0].name, "tanks");
     EXPECT_TRUE(db->nameInUse("vessels"));
     EXPECT_FALSE(db->nameInUse("tanks"));
     EXPECT_EQ(sink.texts(),
@@ -415,17 +372,17 @@ TEST_F(RtdbEditorTest, PropertiesAndLabelRenames) {
 // A name rtdb.xml could not store is refused by every command that takes one; the
 // dialog opens again with what was typed.
 TEST_F(RtdbEditorTest, NamesTheFileCannotStoreAreRefused) {
-    dialogs.database = {DatabaseForm{"Tank \"A\"", false}, DatabaseForm{"Tank A", false}};
+    dialogs.database.script = {DatabaseForm{"Tank \"A\"", false}, DatabaseForm{"Tank A", false}};
     ASSERT_TRUE(addDatabase(ed).changed);
     EXPECT_EQ(sink.texts(), Texts{refused("Database", "'\"'")});
-    ASSERT_EQ(dialogs.databaseOpened.size(), 2u);
-    EXPECT_EQ(dialogs.databaseOpened[1].name, "Tank \"A\""); // reopened as typed
-    EXPECT_FALSE(dialogs.databaseOpened[1].sync);
+    ASSERT_EQ(dialogs.database.opened.size(), 2u);
+    EXPECT_EQ(dialogs.database.opened[1].name, "Tank \"A\""); // reopened as typed
+    EXPECT_FALSE(dialogs.database.opened[1].sync);
 
     sink.entries.clear();
-    dialogs.group = {DataGroupForm{"R&D"}};
+    dialogs.group.script = {DataGroupForm{"R&D"}};
     EXPECT_FALSE(addDataGroup(ed, db).changed);
-    dialogs.group = {DataGroupForm{"<g>"}};
+    dialogs.group.script = {DataGroupForm{"<g>"}};
     EXPECT_FALSE(editNodeProperties(ed, group).changed);
     EXPECT_FALSE(renameNodeLabel(ed, *db, "a&b"));
     EXPECT_EQ(sink.texts(), (Texts{refused("Data Group", "'&'"), refused("Data Group", "'<'"),
@@ -443,52 +400,42 @@ TEST_F(RtdbEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
     batch.data = dataForm("B", 3, 2);
     batch.from = 1;
     batch.to = 3;
-    struct Step {
-        const char* undoText;
-        std::function<bool()> run;
-    } steps[] = {
-        {"Undo Add Database",
-         [&] {
-             return dialogs.database = {DatabaseForm{"d", false}}, addDatabase(ed).changed;
-         }},
-        {"Undo Add Data Group",
-         [&] { return dialogs.group = {DataGroupForm{"g"}}, addDataGroup(ed, group).changed; }},
-        {"Undo Add Data",
-         [&] { return dialogs.data = {dataForm("n", 7, 4)}, addData(ed, db).changed; }},
-        {"Undo Batch Data",
-         [&] { return dialogs.batch = {batch}, batchAddData(ed, group).changed; }},
-        {"Undo Modify Data",
-         [&] { return dialogs.data = {aliasForm("m", "x")}, modifyData(ed, group, {2}).changed; }},
-        {"Undo Delete Data",
-         [&] {
-             return deleteData(ed, group, {0, 3}).changed;
-         }},
-        {"Undo Modify Database",
-         [&] {
-             return dialogs.database = {DatabaseForm{"p", false}},
-                    editNodeProperties(ed, db).changed;
-         }},
-        {"Undo Rename Data Group", [&] { return renameNodeLabel(ed, *group, "vessels"); }},
-        {"Undo Delete Data Group", [&] { return deleteDataGroup(ed, group).changed; }},
-        {"Undo Delete Database", [&] { return deleteDatabase(ed, db).changed; }},
-    };
-    std::vector<std::string> texts{text()};
-    for (const Step& step : steps) {
-        ASSERT_TRUE(step.run()) << step.undoText;
-        EXPECT_EQ(history.undoText(), step.undoText);
-        texts.push_back(text());
-        ASSERT_NE(texts.back(), texts[texts.size() - 2]) << step.undoText;
-    }
-    // Back to the start step by step, then forward again.
-    for (std::size_t i = texts.size() - 1; i > 0; --i) {
-        ASSERT_TRUE(history.undo());
-        EXPECT_EQ(text(), texts[i - 1]) << steps[i - 1].undoText;
-    }
-    EXPECT_FALSE(history.canUndo());
-    for (std::size_t i = 1; i < texts.size(); ++i) {
-        ASSERT_TRUE(history.redo());
-        EXPECT_EQ(text(), texts[i]) << steps[i - 1].undoText;
-    }
+    rqtest::expectEveryStepUndoesAndRedoes(
+        history,
+        {
+            {"Undo Add Database",
+             [&] {
+                 return dialogs.database.script = {DatabaseForm{"d", false}},
+                        addDatabase(ed).changed;
+             }},
+            {"Undo Add Data Group",
+             [&] {
+                 return dialogs.group.script = {DataGroupForm{"g"}},
+                        addDataGroup(ed, group).changed;
+             }},
+            {"Undo Add Data",
+             [&] { return dialogs.data.script = {dataForm("n", 7, 4)}, addData(ed, db).changed; }},
+            {"Undo Batch Data",
+             [&] { return dialogs.batch.script = {batch}, batchAddData(ed, group).changed; }},
+            {"Undo Modify Data",
+             [&] {
+                 return dialogs.data.script = {aliasForm("m", "x")},
+                        modifyData(ed, group, {2}).changed;
+             }},
+            {"Undo Delete Data",
+             [&] {
+                 return deleteData(ed, group, {0, 3}).changed;
+             }},
+            {"Undo Modify Database",
+             [&] {
+                 return dialogs.database.script = {DatabaseForm{"p", false}},
+                        editNodeProperties(ed, db).changed;
+             }},
+            {"Undo Rename Data Group", [&] { return renameNodeLabel(ed, *group, "vessels"); }},
+            {"Undo Delete Data Group", [&] { return deleteDataGroup(ed, group).changed; }},
+            {"Undo Delete Database", [&] { return deleteDatabase(ed, db).changed; }},
+        },
+        [&] { return text(); });
     // The namespace index follows undo: the deleted items' names are back in use.
     while (history.undo()) {
     }
@@ -500,7 +447,6 @@ TEST_F(RtdbEditorTest, EveryCommandUndoesAndRedoesToTheSameBytes) {
 
 TEST_F(RtdbEditorTest, ListRows) {
     ASSERT_EQ(kRtdbListColumns.size(), 6u);
-    EXPECT_STREQ(kRtdbListColumns[kListInit].title, "initial value");
     auto row = [&](const DataItem& item) {
         Texts t;
         for (int c = 0; c < kListColumnCount; ++c)
@@ -543,8 +489,6 @@ TEST_F(RtdbEditorTest, BrowseModel) {
     browse.select(browse.systemRoot());
     EXPECT_EQ(browse.databaseName(), "");
     EXPECT_EQ(browse.rowCount(), 0u);
-    EXPECT_STREQ(kRtdbBrowseColumns[kBrowseDatabase].title, "database name");
-    EXPECT_EQ(kRtdbBrowseColumns[kBrowseDatabase].width, 0);
 }
 
 } // namespace

@@ -4,13 +4,13 @@
 
 #include "project/Project.h"
 #include "sections/rtdb/RtdbCommands.h"
+#include "support/ScriptedDialog.h"
 #include "support/TestSupport.h"
 #include "support/UsedDataProject.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <deque>
 
 namespace {
 
@@ -24,17 +24,14 @@ const std::string kLevelUses = "hmidb.xml: data \"level\": dbname/dataname\n"
                                "history.xml: record \"h1\" data 1: queryvarname\n"
                                "alarm.xml: group \"tanks\" data \"plant.Level\": dbname/dataname\n";
 
+// Only the data dialog answers (nothing scripted is Cancel).
 struct Dialogs : RtdbDialogHost {
-    std::deque<DataForm> data;
+    explicit Dialogs(MessageSink& s) : sink(s) {}
+    MessageSink& sink;
+    rqtest::ScriptedDialog<DataForm> data;
     bool databaseDialog(DatabaseForm&) override { return false; }
     bool dataGroupDialog(DataGroupForm&) override { return false; }
-    bool dataDialog(DataForm& f) override {
-        if (data.empty())
-            return false;
-        f = data.front();
-        data.pop_front();
-        return true;
-    }
+    bool dataDialog(DataForm& f) override { return data.answer(f, sink); }
     bool batchDataDialog(BatchDataForm&) override { return false; }
 };
 
@@ -56,7 +53,7 @@ struct RtdbUses : ::testing::Test {
     Catalogs catalogs;
     rqtest::RecordingSink sink;
     Project project{catalogs, sink};
-    Dialogs dialogs;
+    Dialogs dialogs{sink};
 };
 
 TEST(RtdbUsesText, ListingCapsAndNamesTheItemsOnlyWhenSeveral) {
@@ -138,7 +135,7 @@ TEST_F(RtdbUses, RenameWithYesIsOneStepOverEverySectionAndNoRenamesAlone) {
     const Bytes before = bytes();
     DataForm form = dataFormFromItem(tanks().item(0));
     form.name = "Height";
-    dialogs.data = {form};
+    dialogs.data.script = {form};
     sink.answers = {true};
     ASSERT_TRUE(modifyData(editor(), &tanks(), {0}).changed);
     ASSERT_EQ(sink.texts().size(), 1u);
@@ -171,7 +168,7 @@ TEST_F(RtdbUses, RenameWithYesIsOneStepOverEverySectionAndNoRenamesAlone) {
     // No: the data alone is renamed, as without references.
     sink.entries.clear();
     sink.answers = {false};
-    dialogs.data = {form};
+    dialogs.data.script = {form};
     ASSERT_TRUE(modifyData(editor(), &tanks(), {0}).changed);
     EXPECT_EQ(sink.texts().size(), 1u);
     Bytes plain = bytes();
@@ -183,7 +180,7 @@ TEST_F(RtdbUses, RenameWithYesIsOneStepOverEverySectionAndNoRenamesAlone) {
     sink.entries.clear();
     form = dataFormFromItem(tanks().item(2));
     form.name = "Reserve";
-    dialogs.data = {form};
+    dialogs.data.script = {form};
     ASSERT_TRUE(modifyData(editor(), &tanks(), {2}).changed);
     EXPECT_TRUE(sink.entries.empty());
 }
