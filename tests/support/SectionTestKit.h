@@ -9,6 +9,7 @@
 
 #include <initializer_list>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -32,17 +33,30 @@ inline bool readSection(rq::ConfigSection& s, const std::string& path,
     return ok;
 }
 
-// tests/data/FORMAT/CASE/input.xml read and written gives expected.xml (or the input
-// itself). The written bytes read back to the same bytes, unless `reopens` is false
-// (a raw special character in a value then keeps the file from parsing).
+// tests/data/FORMAT/CASE/input.xml (or expected.xml when there is no input) read
+// and written gives expected.xml (or the input itself); reading shows the messages
+// of messages.txt, one a line (none when absent). The written bytes read back to the
+// same bytes without a message, unless `reopens` is false (a raw special character
+// in a value then keeps the file from parsing).
 template <class Section>
 void expectGolden(const std::string& format, const std::string& caseName, bool reopens = true) {
     namespace fs = std::filesystem;
     fs::path input = dataPath(format, caseName, "input.xml");
-    fs::path expected = dataPath(format, caseName, "expected.xml");
+    const fs::path expected = dataPath(format, caseName, "expected.xml");
+    const fs::path messages = dataPath(format, caseName, "messages.txt");
+    if (!fs::exists(input))
+        input = expected;
     Section s;
-    std::string error;
-    ASSERT_TRUE(readSection(s, input.string(), &error)) << error;
+    RecordingSink sink;
+    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
+    ASSERT_TRUE(s.read(input.string(), ctx)) << ctx.error;
+    std::vector<std::string> want;
+    std::istringstream lines(fs::exists(messages) ? readFile(messages) : "");
+    for (std::string line; std::getline(lines, line);)
+        want.push_back(line);
+    EXPECT_EQ(sink.texts(), want);
+    for (const RecordingSink::Entry& e : sink.entries)
+        EXPECT_EQ(e.icon, rq::MessageIcon::Stop);
     const std::string out = written(s);
     EXPECT_EQ(out, readFile(fs::exists(expected) ? expected : input));
 

@@ -70,7 +70,7 @@ TEST(ModulesSection, BadFilesFail) {
                                "<modules><module name=\"\xff\xfe\"/></modules>");
 }
 
-TEST(ModulesSection, LongValuesAndDeviceCodePage) {
+TEST(ModulesSection, LongValues) {
     ModulesSection s, back;
     std::string sources;
     for (int i = 0; sources.size() < (1u << 20); ++i)
@@ -78,9 +78,6 @@ TEST(ModulesSection, LongValuesAndDeviceCodePage) {
     s.modules().push_back({"big", "-D'A'", sources, std::string(100000, '"'), true});
     ASSERT_TRUE(readText(back, written(s)));
     EXPECT_EQ(back.modules(), s.modules());
-    ASSERT_TRUE(readText(back, "<modules><module name=\"\xd6\xf7\" enable=\"1\"/></modules>"));
-    ASSERT_EQ(back.modules().size(), 1u);
-    EXPECT_EQ(back.modules()[0].name, "\u4e3b");
 }
 
 TEST(ModulesSection, CheckReportsOnlyTheUnescapedName) {

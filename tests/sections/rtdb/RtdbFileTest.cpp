@@ -2,63 +2,24 @@
 // bad input, counts, checks and the system database.
 
 #include "sections/rtdb/RtdbSection.h"
-#include "support/TestSupport.h"
+#include "support/SectionTestKit.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
 namespace {
 
 using rq::DataItem;
 using rq::RtdbSection;
+using rqtest::written;
 
-std::string written(const RtdbSection& s) {
-    std::string out;
-    s.write(out);
-    return out;
-}
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> out;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        out.push_back(line);
-    return out;
-}
-
-// Each case directory holds expected.xml (the exact bytes the writer must give),
-// input.xml (read instead of expected.xml when present) and messages.txt (the
-// messages the reader shows, one a line; none when absent).
 TEST(RtdbGolden, ReadWriteReadGivesExactBytes) {
     auto cases = rqtest::caseNames("rtdb");
     ASSERT_GE(cases.size(), 3u);
     for (const auto& c : cases) {
         SCOPED_TRACE(c);
-        auto input = rqtest::dataPath("rtdb", c, "input.xml");
-        if (!std::filesystem::exists(input))
-            input = rqtest::dataPath("rtdb", c, "expected.xml");
-        auto messages = rqtest::dataPath("rtdb", c, "messages.txt");
-        std::string expected = rqtest::readFile(rqtest::dataPath("rtdb", c, "expected.xml"));
-
-        rqtest::RecordingSink sink;
-        rq::ReadContext ctx{sink, nullptr, nullptr, {}};
-        RtdbSection s;
-        ASSERT_TRUE(s.read(input.string(), ctx)) << ctx.error;
-        EXPECT_EQ(written(s), expected);
-        EXPECT_EQ(sink.texts(), std::filesystem::exists(messages)
-                                    ? lines(rqtest::readFile(messages))
-                                    : std::vector<std::string>{});
-        for (const auto& e : sink.entries)
-            EXPECT_EQ(e.icon, rq::MessageIcon::Stop);
-
-        rqtest::RecordingSink again;
-        rq::ReadContext ctx2{again, nullptr, nullptr, {}};
-        RtdbSection back;
-        ASSERT_TRUE(back.readMemory(expected, "expected.xml", ctx2)) << ctx2.error;
-        EXPECT_EQ(written(back), expected);
-        EXPECT_TRUE(again.entries.empty());
+        rqtest::expectGolden<RtdbSection>("rtdb", c);
     }
 }
 
@@ -111,26 +72,16 @@ TEST(RtdbReader, BadInputFailsCleanlyAndLeavesTheSectionEmpty) {
     EXPECT_FALSE(ctx.error.empty());
 }
 
-TEST(RtdbReader, LongValuesAndDeviceCodePageRoundTrip) {
+TEST(RtdbReader, LongValuesRoundTrip) {
     RtdbSection s;
     const std::string longText(1 << 20, 'v');
     s.root().addDatabase("A").addItem(
         DataItem::makeData("x", "string", "1048576", longText, longText));
     rqtest::TempDir dir;
     rqtest::writeFile(dir.file("rtdb.xml"), written(s));
-    rqtest::RecordingSink sink;
-    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
     RtdbSection back;
-    ASSERT_TRUE(back.read(dir.file("rtdb.xml"), ctx)) << ctx.error;
+    ASSERT_TRUE(rqtest::readSection(back, dir.file("rtdb.xml")));
     EXPECT_EQ(back.database(0).item(0), s.database(0).item(0));
-
-    // A file the tool wrote in GB2312, without a declaration, reads back as UTF-8.
-    const std::string gb = "<?xml version=\"1.0\" ?>\r\n<rtdbs>\r\n<rtdb name=\"\xce\xc2\xb6\xc8\" "
-                           "sync=\"1\" >\r\n</rtdb>\r\n</rtdbs>\r\n";
-    rqtest::writeFile(dir.file("gb.xml"), gb);
-    ASSERT_TRUE(back.read(dir.file("gb.xml"), ctx)) << ctx.error;
-    ASSERT_EQ(back.databaseCount(), 1u);
-    EXPECT_EQ(back.database(0).name(), "温度");
 }
 
 TEST(RtdbReader, ReferencesInValuesAreDecodedAndWrittenRaw) {
@@ -178,10 +129,9 @@ TEST(RtdbReader, LateFailuresShowNothingAndRetriesShowOnce) {
 }
 
 TEST(RtdbSection, CountsAndHasData) {
-    rqtest::RecordingSink sink;
-    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
     RtdbSection s;
-    ASSERT_TRUE(s.read(rqtest::dataPath("rtdb", "canonical", "expected.xml").string(), ctx));
+    ASSERT_TRUE(
+        rqtest::readSection(s, rqtest::dataPath("rtdb", "canonical", "expected.xml").string()));
     using C = std::vector<std::pair<std::string, std::size_t>>;
     EXPECT_EQ(s.counts(), (C{{"databases", 2}, {"groups", 3}, {"data", 5}, {"aliases", 2}}));
 
@@ -213,9 +163,8 @@ public:
 
 TEST(RtdbSection, CheckFindsRawValuesDuplicatesAndLostAliases) {
     RtdbSection clean;
-    rqtest::RecordingSink sink;
-    rq::ReadContext ctx{sink, nullptr, nullptr, {}};
-    ASSERT_TRUE(clean.read(rqtest::dataPath("rtdb", "canonical", "expected.xml").string(), ctx));
+    ASSERT_TRUE(
+        rqtest::readSection(clean, rqtest::dataPath("rtdb", "canonical", "expected.xml").string()));
     ProjectCheck none;
     clean.check(none);
     EXPECT_TRUE(none.findings().empty()) << none.findings().front();

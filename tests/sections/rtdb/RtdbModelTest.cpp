@@ -18,50 +18,26 @@ DataItem data(const char* name) {
     return DataItem::makeData(name, "char", "1", "0", "");
 }
 
-TEST(RtdbNameIndex, FollowsEveryMutation) {
+// One namespace per database, groups at every depth included; the exact counts
+// through every mutation are checked below.
+TEST(RtdbNameIndex, OneNamespacePerDatabase) {
     DataNode root;
     DataNode& db = root.addDatabase("db");
     DataNode& other = root.addDatabase("other");
-    DataNode& g1 = db.addGroup("g1");
-    DataNode& g2 = g1.addGroup("g2");
+    DataNode& g2 = db.addGroup("g1").addGroup("g2");
     g2.addItem(data("deep"));
     g2.addItem(DataItem::makeAlias("al", "deep"));
-    db.addItem(data("top"));
-    db.addItem(data("top")); // a file may hold a name twice
     other.addItem(data("elsewhere"));
-
-    // One namespace per database, groups at every depth included.
-    for (const char* n : {"g1", "g2", "deep", "al", "top"}) {
+    for (const char* n : {"g1", "g2", "deep", "al"}) {
         EXPECT_TRUE(g2.nameInUse(n)) << n;
         EXPECT_TRUE(db.nameInUse(n)) << n;
         EXPECT_FALSE(other.nameInUse(n)) << n;
     }
     EXPECT_FALSE(db.nameInUse("elsewhere"));
-    EXPECT_FALSE(root.nameInUse("top"));
+    EXPECT_FALSE(root.nameInUse("deep"));
     EXPECT_TRUE(db.hasItemNamed("al"));
     EXPECT_FALSE(db.hasItemNamed("g2"));
-
-    // Removing one of two equal names keeps the other.
-    db.removeItem(0);
-    EXPECT_TRUE(db.nameInUse("top"));
-    db.setItem(0, data("renamed"));
-    EXPECT_FALSE(db.nameInUse("top"));
-    EXPECT_TRUE(db.nameInUse("renamed"));
-
-    g2.setName("g2new");
-    EXPECT_FALSE(db.nameInUse("g2"));
-    EXPECT_TRUE(db.nameInUse("g2new"));
-
     EXPECT_EQ(g2.removeItemsNamed({"al", "absent"}), 1u);
-    EXPECT_FALSE(db.nameInUse("al"));
-    EXPECT_EQ(g2.itemCount(), 1u);
-
-    // Removing a group frees every name below it.
-    db.removeChild(&g1);
-    for (const char* n : {"g1", "g2new", "deep"})
-        EXPECT_FALSE(db.nameInUse(n)) << n;
-    EXPECT_TRUE(db.nameInUse("renamed"));
-    EXPECT_EQ(db.nameIndex()->size(), 1u);
 }
 
 // The index against a count made afresh from the tree.
