@@ -36,32 +36,17 @@ void makeProject(Fixture& f, const TempDir& dir, const std::string& name) {
     ASSERT_TRUE(p.doc.saveAll().ok());
 }
 
+// Each test starts with a new project saved into dir/p.
+class ProjectDocumentTest : public ::testing::Test {
+protected:
+    ProjectDocumentTest() { makeProject(f, dir, "p"); }
+    Fixture f;
+    TempDir dir;
+};
+
 } // namespace
 
-TEST(ProjectDocument, NewProjectWritesAllFilesAndReopens) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
-    for (const char* file : kSectionFiles)
-        EXPECT_TRUE(fileExists(dir.file("p/") + file)) << file;
-    EXPECT_TRUE(directoryExists(dir.file("p/data")));
-    EXPECT_TRUE(directoryExists(dir.file("p/hisdata")));
-
-    Project q(f.catalogs, f.sink);
-    std::string error;
-    ASSERT_TRUE(q.doc.open(dir.file("p") + "/", &error)) << error;
-    EXPECT_EQ(q.model().projectDirectory, dir.file("p"));
-    EXPECT_EQ(q.model().name, "p");
-    EXPECT_FALSE(q.model().modified);
-    // An existing directory is not taken over by a new project.
-    EXPECT_FALSE(q.doc.createDirectories(dir.str(), "p"));
-    EXPECT_EQ(f.sink.texts().back(), "Create directory failed!");
-}
-
-TEST(ProjectDocument, OpenNeedsTheFirstFourFilesOnly) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, OpenNeedsTheFirstFourFilesOnly) {
     for (const char* optional : {"fbd.xml", "printer.xml", "device.xml"})
         fs::remove(dir.file("p/") + optional);
     fs::remove_all(dir.file("p/data"));
@@ -85,34 +70,7 @@ TEST(ProjectDocument, OpenNeedsTheFirstFourFilesOnly) {
     EXPECT_NE(error.find("rtdb.xml: line"), std::string::npos) << error;
 }
 
-TEST(ProjectDocument, AFileThatCannotBeWrittenIsReportedAndTheRestIsWritten) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
-    Project q(f.catalogs, f.sink);
-    std::string error;
-    ASSERT_TRUE(q.doc.open(dir.file("p"), &error)) << error;
-    // param.xml becomes a directory that a file cannot replace.
-    fs::remove(dir.file("p/param.xml"));
-    fs::create_directory(dir.file("p/param.xml"));
-    writeFile(dir.file("p/param.xml/keep"), "x");
-    fs::remove(dir.file("p/printer.xml"));
-    q.model().description = "changed";
-    q.model().modified = true;
-    SaveReport report = q.doc.saveAll();
-    ASSERT_EQ(report.failures.size(), 1u);
-    EXPECT_NE(report.failures[0].find("param.xml"), std::string::npos);
-    EXPECT_TRUE(q.model().modified); // closing asks again: param.xml is not saved
-    EXPECT_TRUE(fileExists(dir.file("p/printer.xml"))); // written after the failure
-    EXPECT_NE(readFile(dir.file("p/rqrun.xml")).find("changed"), std::string::npos);
-    for (const auto& e : fs::directory_iterator(dir.file("p")))
-        EXPECT_NE(e.path().filename().string()[0], '.') << "temporary file left behind";
-}
-
-TEST(ProjectDocument, TextIsStoredInTheDeviceCodePageAndReadBack) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, TextIsStoredInTheDeviceCodePageAndReadBack) {
     const std::string chinese = "\xE6\xB5\x8B\xE8\xAF\x95"; // "test", in GB2312
     const std::string snowman = "\xE2\x98\x83";             // not in GB2312
     {
@@ -135,10 +93,7 @@ TEST(ProjectDocument, TextIsStoredInTheDeviceCodePageAndReadBack) {
 
 // An optional file that is there but cannot be read is reported, and Save leaves it
 // on disk as it is unless its section was edited and the user agrees.
-TEST(ProjectDocument, AnUnreadableOptionalFileIsReportedAndKept) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, AnUnreadableOptionalFileIsReportedAndKept) {
     const std::string p = dir.file("p/");
     const std::pair<const char*, std::string> bad[] = {
         {"device.xml", ""},                                  // empty
@@ -190,10 +145,7 @@ TEST(ProjectDocument, AnUnreadableOptionalFileIsReportedAndKept) {
     EXPECT_TRUE(q.model().modified); // the edits of device.xml are not on disk
 }
 
-TEST(ProjectDocument, InspectingWritesNothingAndEditingCleansUp) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, InspectingWritesNothingAndEditingCleansUp) {
     fs::remove_all(dir.file("p/data"));
     fs::remove_all(dir.file("p/hisdata"));
     writeFile(dir.file("p/.rtdb.xml.a1B2c3"), "half a save");
@@ -213,10 +165,7 @@ TEST(ProjectDocument, InspectingWritesNothingAndEditingCleansUp) {
     EXPECT_TRUE(fs::exists(dir.file("p/.keep.xml.a1B2c3")));
 }
 
-TEST(ProjectDocument, AFileThatWouldNotReadBackIsNeverWritten) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, AFileThatWouldNotReadBackIsNeverWritten) {
     const std::string before = readFile(dir.file("p/rqrun.xml"));
     Project q(f.catalogs, f.sink);
     std::string error;
@@ -235,10 +184,7 @@ TEST(ProjectDocument, AFileThatWouldNotReadBackIsNeverWritten) {
 }
 
 // What each reader leaves out under its reading rules is named with its file.
-TEST(ProjectDocument, WhatTheReadersLeaveOutIsRecorded) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, WhatTheReadersLeaveOutIsRecorded) {
     const std::string p = dir.file("p/");
     writeFile(p + "rtdb.xml", "<rtdbs><rtdb name=\"db\"/><rtdb name=\"db\"><data name=\"x\" "
                               "type=\"short\"/></rtdb><rtdb name=\"b\"><data name=\"s\" "
@@ -296,10 +242,7 @@ struct AddDb : EditCommand {
 // The history follows the saved state: undoing back to it clears `modified`, a
 // new step after undoing past it makes it unreachable, open and New clear it, and
 // a change of the project's own fields keeps the project modified.
-TEST(ProjectDocument, HistoryFollowsTheSavedState) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, HistoryFollowsTheSavedState) {
     Project p(f.catalogs, f.sink);
     std::string error;
     ASSERT_TRUE(p.doc.open(dir.file("p"), &error)) << error;
@@ -380,10 +323,7 @@ void writeMessagesInSeveralFiles(const std::string& p) {
 
 // Files read side by side give the messages, the dropped records and the error of
 // the one-by-one open, in file order.
-TEST(ProjectDocument, AnOpenOnSeveralThreadsKeepsTheFileOrder) {
-    Fixture f;
-    TempDir dir;
-    makeProject(f, dir, "p");
+TEST_F(ProjectDocumentTest, AnOpenOnSeveralThreadsKeepsTheFileOrder) {
     const std::string p = dir.file("p/");
     writeMessagesInSeveralFiles(p);
     const OpenOutcome one = openWith(f, dir.file("p"), 1);

@@ -315,14 +315,19 @@ TEST_F(Flows, SaveOfAnUntitledProjectUsesTheDialogsDirectory) {
 
 TEST_F(Flows, SaveReportsAFileThatCannotBeWrittenAndWritesTheOthers) {
     project.model().name = "p";
+    project.model().description = "changed";
     project.model().projectDirectory = work();
     project.model().modified = true;
     fs::create_directory(tmp.path() / "work/hmidb.xml"); // a directory in the file's place
+    rqtest::writeFile(tmp.path() / "work/hmidb.xml/keep", "x");
     EXPECT_TRUE(flows.save());
     ASSERT_EQ(messages().size(), 1u);
     EXPECT_EQ(messages()[0].rfind("Failed to save document.\n" + work() + "/hmidb.xml: ", 0), 0u)
         << messages()[0];
-    EXPECT_TRUE(fs::exists(tmp.path() / "work/printer.xml"));
+    EXPECT_TRUE(fs::exists(tmp.path() / "work/printer.xml")); // written after the failure
+    EXPECT_NE(rqtest::readFile(tmp.path() / "work/rqrun.xml").find("changed"), std::string::npos);
+    for (const auto& e : fs::directory_iterator(work()))
+        EXPECT_NE(e.path().filename().string()[0], '.') << "temporary file left behind";
     // The save counts as done, but hmidb.xml is not on disk: closing asks again.
     EXPECT_TRUE(project.model().modified);
 }
