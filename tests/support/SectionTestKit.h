@@ -33,6 +33,14 @@ inline bool readSection(rq::ConfigSection& s, const std::string& path,
     return ok;
 }
 
+// `bytes` as a file read into `s`, as readSection does.
+inline bool readBytes(rq::ConfigSection& s, const std::string& bytes,
+                      std::string* error = nullptr) {
+    TempDir dir;
+    writeFile(dir.file("f.xml"), bytes);
+    return readSection(s, dir.file("f.xml"), error);
+}
+
 // tests/data/FORMAT/CASE/input.xml (or expected.xml when there is no input) read
 // and written gives expected.xml (or the input itself); reading shows the messages
 // of messages.txt, one a line (none when absent). The written bytes read back to the

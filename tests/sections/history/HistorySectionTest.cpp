@@ -11,12 +11,6 @@ using rqtest::written;
 
 namespace {
 
-bool readText(HistorySection& s, const std::string& bytes, std::string* error = nullptr) {
-    rqtest::TempDir dir;
-    rqtest::writeFile(dir.file("history.xml"), bytes);
-    return rqtest::readSection(s, dir.file("history.xml"), error);
-}
-
 HistoryData var(const std::string& db, const std::string& name, const std::string& type) {
     HistoryData d;
     d.dbname = db;
@@ -46,7 +40,8 @@ TEST(HistoryModel, NewRecordDefaultsKindNamesAndCounts) {
                                        "\t\t</logdata>\n\t</historydb>\n</rqhistory>\n"));
     EXPECT_EQ(historyKindShown("vartrigger"), "Variable trigger record");
     EXPECT_EQ(historyKindShown("Period"), "");
-    ASSERT_TRUE(readText(s, rqtest::readFile(rqtest::dataPath("history", "records", "input.xml"))));
+    ASSERT_TRUE(rqtest::readBytes(
+        s, rqtest::readFile(rqtest::dataPath("history", "records", "input.xml"))));
     EXPECT_EQ(s.counts(),
               (std::vector<std::pair<std::string, std::size_t>>{{"records", 3}, {"data", 7}}));
     s.clear();
@@ -66,7 +61,7 @@ TEST(HistoryReader, BadInputAndLongValues) {
         HistorySection s;
         s.records().emplace_back().name = "old";
         std::string error;
-        EXPECT_FALSE(readText(s, bytes, &error)) << bytes;
+        EXPECT_FALSE(rqtest::readBytes(s, bytes, &error)) << bytes;
         EXPECT_FALSE(error.empty()) << bytes;
         EXPECT_TRUE(s.records().empty()) << bytes;
     }
@@ -74,7 +69,7 @@ TEST(HistoryReader, BadInputAndLongValues) {
     HistoryData d = var("db", "v", "period");
     d.description.assign(1 << 20, 'd');
     big.records().emplace_back().data.push_back(d);
-    ASSERT_TRUE(readText(back, written(big)));
+    ASSERT_TRUE(rqtest::readBytes(back, written(big)));
     EXPECT_EQ(back.records()[0].data[0].description, d.description);
 }
 

@@ -7,16 +7,6 @@ using namespace rq;
 using rqtest::readSection;
 using rqtest::written;
 
-namespace {
-
-bool readText(ModulesSection& s, const std::string& bytes) {
-    rqtest::TempDir dir;
-    rqtest::writeFile(dir.file("modules.xml"), bytes);
-    return readSection(s, dir.file("modules.xml"));
-}
-
-} // namespace
-
 TEST(ModulesSection, GoldenCasesAndTheModelOfTheMainCase) {
     for (const std::string& c : rqtest::caseNames("modules")) {
         SCOPED_TRACE(c);
@@ -42,7 +32,7 @@ TEST(ModulesSection, EscapesEverythingButTheName) {
                                        "srcfiles=\"&quot;&lt;&apos;&gt;&amp;\" "
                                        "params=\"&amp;amp;\" enable=\"1\"/>\n</modules>\n"));
     ModulesSection back; // the raw name keeps the file from reading back, as on the device
-    EXPECT_FALSE(readText(back, written(s)));
+    EXPECT_FALSE(rqtest::readBytes(back, written(s)));
 }
 
 TEST(ModulesSection, OnlyExactlyOneEnables) {
@@ -52,8 +42,8 @@ TEST(ModulesSection, OnlyExactlyOneEnables) {
         {"defines=\"x\"", false}};
     for (const auto& [attrs, enabled] : enables) {
         ModulesSection s;
-        ASSERT_TRUE(
-            readText(s, std::string("<modules><module name=\"m\" ") + attrs + "/></modules>"));
+        ASSERT_TRUE(rqtest::readBytes(s, std::string("<modules><module name=\"m\" ") + attrs +
+                                             "/></modules>"));
         ASSERT_EQ(s.modules().size(), 1u);
         EXPECT_EQ(s.modules()[0].enable, enabled) << attrs;
     }
@@ -76,7 +66,7 @@ TEST(ModulesSection, LongValues) {
     for (int i = 0; sources.size() < (1u << 20); ++i)
         sources += "\"/very/long/path/" + std::to_string(i) + "&<>.c\" ";
     s.modules().push_back({"big", "-D'A'", sources, std::string(100000, '"'), true});
-    ASSERT_TRUE(readText(back, written(s)));
+    ASSERT_TRUE(rqtest::readBytes(back, written(s)));
     EXPECT_EQ(back.modules(), s.modules());
 }
 

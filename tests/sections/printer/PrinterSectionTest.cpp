@@ -10,16 +10,6 @@ using namespace rq;
 using rqtest::readSection;
 using rqtest::written;
 
-namespace {
-
-bool readText(PrinterSection& s, const std::string& bytes, std::string* error = nullptr) {
-    rqtest::TempDir dir;
-    rqtest::writeFile(dir.file("printer.xml"), bytes);
-    return readSection(s, dir.file("printer.xml"), error);
-}
-
-} // namespace
-
 TEST(PrinterSection, GoldenCasesAndTheNewProjectDefaults) {
     for (const char* c : {"custom", "defaults", "reader_drops", "odd_nodes"}) {
         SCOPED_TRACE(c);
@@ -47,7 +37,7 @@ TEST(PrinterSection, KeepsItsValuesWhenTheFileFailsOrHasNoConfig) {
         PrinterSection s;
         s.config() = before;
         std::string error;
-        EXPECT_EQ(readText(s, bytes, &error), ok) << bytes;
+        EXPECT_EQ(rqtest::readBytes(s, bytes, &error), ok) << bytes;
         EXPECT_EQ(error.empty(), ok) << bytes;
         EXPECT_EQ(s.config(), before) << bytes;
     }
@@ -56,7 +46,7 @@ TEST(PrinterSection, KeepsItsValuesWhenTheFileFailsOrHasNoConfig) {
 TEST(PrinterSection, LongValueAndCheck) {
     PrinterSection s, back;
     s.config().paper = std::string(1 << 20, 'p');
-    ASSERT_TRUE(readText(back, written(s)));
+    ASSERT_TRUE(rqtest::readBytes(back, written(s)));
     EXPECT_EQ(back.config(), s.config());
 
     rqtest::FakeCheck clean, ctx;

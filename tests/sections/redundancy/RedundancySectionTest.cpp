@@ -7,16 +7,6 @@ using namespace rq;
 using rqtest::readSection;
 using rqtest::written;
 
-namespace {
-
-bool readText(RedundancySection& s, const std::string& bytes) {
-    rqtest::TempDir dir;
-    rqtest::writeFile(dir.file("redundancy.xml"), bytes);
-    return readSection(s, dir.file("redundancy.xml"));
-}
-
-} // namespace
-
 TEST(RedundancyRoles, KeywordsByPositionCaseSensitive) {
     const char* keywords[] = {"", "master", "slave", "client"};
     for (int i = 0; i < RedundancyRoles::kCount; ++i)
@@ -92,7 +82,7 @@ TEST(RedundancyReader, BadFilesFailAndLongValues) {
                                "<redundancy><config type=\"\xff\xfe\"/></redundancy>");
     filled.config().linkMasterIp[0] = std::string(1 << 20, '1');
     filled.config().linkSlaveIp[0] = "b";
-    ASSERT_TRUE(readText(back, written(filled)));
+    ASSERT_TRUE(rqtest::readBytes(back, written(filled)));
     EXPECT_EQ(back.config(), filled.config());
 }
 

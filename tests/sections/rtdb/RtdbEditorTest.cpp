@@ -135,8 +135,6 @@ TEST(RtdbValidators, ChecksInTheirFixedOrder) {
 
 TEST(RtdbForms, TypeSelectionLengthAndStoredItem) {
     DataForm f = newDataForm();
-    EXPECT_EQ(f.init, "0");
-    EXPECT_EQ(f.typeIndex, -1);
     f.length = 12;
     f.typeIndex = 8; // double
     applyTypeSelection(f);
