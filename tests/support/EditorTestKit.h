@@ -1,7 +1,7 @@
 #pragma once
 // Shared pieces of the section editors' tests without a display: a file of the
-// example project, the rows an editor's list shows, and the walk of a list of
-// commands through undo and redo.
+// example project, the node labels and list rows an editor shows, and the walk of
+// a list of commands through undo and redo.
 
 #include "core/SectionEditor.h"
 #include "core/UndoHistory.h"
@@ -32,6 +32,14 @@ inline std::vector<std::string> listRows(const rq::EditorList& l) {
             line += (c ? "|" : "") + std::string(l.cell(r, c));
         out.push_back(line);
     }
+    return out;
+}
+
+// The labels of the top nodes.
+inline std::vector<std::string> nodeLabels(const std::vector<rq::EditorNode>& nodes) {
+    std::vector<std::string> out;
+    for (const rq::EditorNode& n : nodes)
+        out.push_back(n.label);
     return out;
 }
 

@@ -48,12 +48,7 @@ struct AlarmEditorTest : ::testing::Test {
         return editor.run(command, EditorSelection{node, std::move(rows)});
     }
     Texts rows(std::size_t g) { return rqtest::listRows(editor.list(group(g))); }
-    Texts groupNames() const {
-        Texts out;
-        for (const EditorNode& n : editor.nodes())
-            out.push_back(n.label);
-        return out;
-    }
+    Texts groupNames() const { return rqtest::nodeLabels(editor.nodes()); }
 
     AlarmSection section;
     rqtest::RecordingSink sink;

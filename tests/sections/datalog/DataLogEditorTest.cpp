@@ -46,12 +46,7 @@ struct DataLogEditorTest : ::testing::Test {
     EditorResult run(int command, void* node = nullptr, std::vector<std::size_t> rows = {}) {
         return editor.run(command, EditorSelection{node, std::move(rows)});
     }
-    Texts labels() const {
-        Texts out;
-        for (const EditorNode& n : editor.nodes())
-            out.push_back(n.label);
-        return out;
-    }
+    Texts labels() const { return rqtest::nodeLabels(editor.nodes()); }
     Texts rows(std::size_t log) const {
         Texts out;
         EditorList l = editor.list(&section.logs[log]);

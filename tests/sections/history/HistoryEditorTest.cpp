@@ -49,12 +49,7 @@ struct HistoryEditorTest : ::testing::Test {
     EditorResult run(int command, int record = -1, std::vector<std::size_t> rows = {}) {
         return editor.run(command, EditorSelection{editor.key(record), std::move(rows)});
     }
-    Texts names() const {
-        Texts out;
-        for (const EditorNode& n : editor.nodes())
-            out.push_back(n.label);
-        return out;
-    }
+    Texts names() const { return rqtest::nodeLabels(editor.nodes()); }
     Texts rows(int record) const { return rqtest::listRows(editor.list(editor.key(record))); }
 
     HistorySection section;
