@@ -75,6 +75,26 @@ struct DeployDialogs : ::testing::Test {
         return sink.entries[index].text;
     }
 
+    // A 24-bit bitmap of this size; its path.
+    QString bitmap(int w, int h) {
+        const int stride = (w * 3 + 3) / 4 * 4;
+        std::string b(54 + std::size_t(stride) * h, '\0');
+        auto put32 = [&](int at, uint32_t v) {
+            for (int i = 0; i < 4; ++i)
+                b[at + i] = char(v >> (8 * i));
+        };
+        b[0] = 'B', b[1] = 'M';
+        put32(2, uint32_t(b.size()));
+        put32(10, 54);
+        put32(14, 40);
+        put32(18, uint32_t(w));
+        put32(22, uint32_t(h));
+        b[26] = 1, b[28] = 24;
+        const std::string path = dir.file("logo" + std::to_string(w) + ".bmp");
+        rqtest::writeFile(path, b);
+        return QString::fromStdString(path);
+    }
+
     rq::ProtocolLimits saved = rq::protocolLimits();
     rqtest::TempDir dir;
     rq::Catalogs catalogs;
@@ -154,47 +174,7 @@ TEST_F(DeployDialogs, DownloadBuildsThePackageAndDownloadsIt) {
     EXPECT_EQ(message(4), "Adjust time successfully!");
 }
 
-TEST_F(DeployDialogs, DownloadFaultsOfTheDevice) {
-    // The package is made once; each device fails in its own way.
-    ASSERT_TRUE(rq::BuildPackageJob(rq::DeployProject::from(project->model()), rqtest::programDir(),
-                                    nullptr)
-                    .run()
-                    .succeeded);
-    struct Case {
-        const char* address;
-        const char* type;
-        EmulatorFault fault;
-        const char* text;
-    };
-    const Case cases[] = {
-        {"127.47.1.1", kType, EmulatorFault::Refuse,
-         "Project download fail,can not connect slave!"},
-        {"127.47.1.2", kType, EmulatorFault::Silent,
-         "Project download fail, communicating with slave error!"},
-        {"127.47.1.3", kType, EmulatorFault::Cut,
-         "Project download fail, communicating with slave error!"},
-        {"127.47.1.4", kType, EmulatorFault::BadLength,
-         "Project download fail, communicating with slave error!"},
-        {"127.47.1.5", kType, EmulatorFault::Busy,
-         "Project download fail, communicating with slave error!"},
-        {"127.47.1.6", "rq-hmi1024", EmulatorFault::None,
-         "HMI type is not match, please select other type!"},
-    };
-    rqshell::CDownloadDialog d(project->doc, rqtest::programDir(), sink);
-    d.readiness = {2, 50, 0};
-    std::size_t n = 0;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.address);
-        Device device(c.address, c.type, {}, 0, c.fault);
-        d.ipField()->setText(c.address);
-        d.downloadButton()->click();
-        EXPECT_EQ(message(n++), c.text);
-        EXPECT_TRUE(runUntil([&] { return !d.busy(); }));
-        EXPECT_TRUE(d.downloadButton()->isEnabled());
-    }
-}
-
-TEST_F(DeployDialogs, UploadOpensTheUploadedProjectAndReportsFaults) {
+TEST_F(DeployDialogs, UploadAsksForItsPathAndOpensTheUploadedProject) {
     // A device that holds this project, downloaded by the job.
     Device device("127.47.2.1", kType);
     project->model().downloadPassword = "pw";
@@ -242,30 +222,9 @@ TEST_F(DeployDialogs, UploadOpensTheUploadedProjectAndReportsFaults) {
     EXPECT_EQ(message(3), "Upload successfully!");
     EXPECT_EQ(opened, target.str());
     EXPECT_TRUE(fs::exists(target.path() / "rqrun.xml"));
-
-    struct Case {
-        const char* address;
-        EmulatorFault fault;
-        const char* text;
-    };
-    const Case cases[] = {
-        {"127.47.2.2", EmulatorFault::Refuse, "Upload fail, can not connect slave HMI!"},
-        {"127.47.2.3", EmulatorFault::Silent, "Upload fail, communication error!"},
-        {"127.47.2.4", EmulatorFault::Cut, "Upload fail, communication error!"},
-        {"127.47.2.5", EmulatorFault::BadLength, "Upload fail, communication error!"},
-    };
-    std::size_t n = 4;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.address);
-        Device faulty(c.address, kType, {}, 0, c.fault);
-        d.ipField()->setText(c.address);
-        d.uploadButton()->click();
-        EXPECT_EQ(message(n++), c.text);
-    }
 }
 
-TEST_F(DeployDialogs, UpgradePackageAndItsFaults) {
-    rqtest::writeFile(dir.path() / "up.rqp", std::string(4096, 'u'));
+TEST_F(DeployDialogs, UpgradePackageChecksItsFieldsAndDownloads) {
     rqshell::CUpgradeDialog d("", sink);
     d.downloadButton()->click();
     EXPECT_EQ(message(0), "Please input corresponding HMI IP address!");
@@ -276,33 +235,6 @@ TEST_F(DeployDialogs, UpgradePackageAndItsFaults) {
     d.downloadButton()->click();
     EXPECT_EQ(message(2), "Download file does not exist, please choose download file!");
 
-    d.fileField()->setText(QString::fromStdString(dir.file("up.rqp")));
-    struct Case {
-        const char* address;
-        EmulatorFault fault;
-        const char* text;
-    };
-    // The emulator refuses a package that does not unwrap: a communication error.
-    const Case cases[] = {
-        {"127.47.3.1", EmulatorFault::None,
-         "Upgrade package download fail, communicating with slave error!"},
-        {"127.47.3.2", EmulatorFault::Refuse,
-         "Upgrade package download fail, can not connect slave!"},
-        {"127.47.3.3", EmulatorFault::Cut,
-         "Upgrade package download fail, communicating with slave error!"},
-        {"127.47.3.4", EmulatorFault::BadLength,
-         "Upgrade package download fail, communicating with slave error!"},
-        {"127.47.3.5", EmulatorFault::Silent,
-         "Upgrade package download fail, communicating with slave error!"},
-    };
-    std::size_t n = 3;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.address);
-        Device device(c.address, kType, {}, 0, c.fault);
-        d.ipField()->setText(c.address);
-        d.downloadButton()->click();
-        EXPECT_EQ(message(n++), c.text);
-    }
     // The program directory's upgrade package is taken.
     auto upgrade = rq::newestUpgradePackage(rqtest::programDir());
     ASSERT_TRUE(upgrade);
@@ -310,7 +242,7 @@ TEST_F(DeployDialogs, UpgradePackageAndItsFaults) {
     d.fileField()->setText(QString::fromStdString(upgrade->path));
     d.ipField()->setText(QString::fromStdString(device.ip));
     d.downloadButton()->click();
-    EXPECT_EQ(message(n), "Upgrade package download successfully! ");
+    EXPECT_EQ(message(3), "Upgrade package download successfully! ");
 }
 
 TEST_F(DeployDialogs, StartupImageChecksTheBitmapAndDownloadsIt) {
@@ -322,24 +254,6 @@ TEST_F(DeployDialogs, StartupImageChecksTheBitmapAndDownloadsIt) {
     EXPECT_EQ(message(0), "Please choose image file!");
 
     // A 24-bit bitmap of the wrong width, then one of the type's 1024 x 768.
-    auto bitmap = [&](int w, int h) {
-        const int stride = (w * 3 + 3) / 4 * 4;
-        std::string b(54 + std::size_t(stride) * h, '\0');
-        auto put32 = [&](int at, uint32_t v) {
-            for (int i = 0; i < 4; ++i)
-                b[at + i] = char(v >> (8 * i));
-        };
-        b[0] = 'B', b[1] = 'M';
-        put32(2, uint32_t(b.size()));
-        put32(10, 54);
-        put32(14, 40);
-        put32(18, uint32_t(w));
-        put32(22, uint32_t(h));
-        b[26] = 1, b[28] = 24;
-        const std::string path = dir.file("logo" + std::to_string(w) + ".bmp");
-        rqtest::writeFile(path, b);
-        return QString::fromStdString(path);
-    };
     d.imageField()->setText(bitmap(800, 768));
     d.downloadButton()->click();
     EXPECT_EQ(message(1), "bmp width is error, need 1024 pixel!");
@@ -347,22 +261,83 @@ TEST_F(DeployDialogs, StartupImageChecksTheBitmapAndDownloadsIt) {
     d.downloadButton()->click();
     EXPECT_EQ(message(2), "Download startup image successfully!");
     EXPECT_TRUE(fs::exists(device.file("/tmp/rqupdate.rqp")));
+}
 
-    const std::pair<EmulatorFault, const char*> faults[] = {
-        {EmulatorFault::Refuse, "Download startup image fail, can not connect slave!"},
-        {EmulatorFault::Silent, "Download startup image fail, communication error!"},
-        {EmulatorFault::Cut, "Download startup image fail, communication error!"},
-        {EmulatorFault::BadLength, "Download startup image fail, communication error!"},
-        {EmulatorFault::Busy, "Download startup image fail, communication error!"},
+// Each dialog's action against a device that fails in its own way: the message
+// it shows, and its button back for the next try.
+TEST_F(DeployDialogs, EveryDialogNamesTheFaultOfTheDevice) {
+    ASSERT_TRUE(rq::BuildPackageJob(rq::DeployProject::from(project->model()), rqtest::programDir(),
+                                    nullptr)
+                    .run()
+                    .succeeded);
+    rqtest::TempDir target;
+    rqshell::CDownloadDialog download(project->doc, rqtest::programDir(), sink);
+    download.readiness = {2, 50, 0};
+    rqshell::CUploadDialog upload(dir.str(), "", rqtest::programDir(), sink);
+    upload.pathField()->setText(QString::fromStdString(target.str()));
+    rqshell::CUpgradeDialog upgrade("", sink);
+    rqtest::writeFile(dir.path() / "up.rqp", std::string(4096, 'u'));
+    upgrade.fileField()->setText(QString::fromStdString(dir.file("up.rqp")));
+    rqshell::CLogoDialog logo(project->model(), rqtest::programDir(), sink);
+    logo.readiness = {5, 50, 50};
+    logo.imageField()->setText(bitmap(1024, 768));
+    struct Action {
+        QLineEdit* ip;
+        QPushButton* button;
     };
-    std::size_t n = 3;
-    for (auto [fault, text] : faults) {
-        const std::string ip = "127.47.4." + std::to_string(n);
+    const Action down{download.ipField(), download.downloadButton()},
+        clock{download.ipField(), download.clockButton()},
+        up{upload.ipField(), upload.uploadButton()},
+        package{upgrade.ipField(), upgrade.downloadButton()},
+        image{logo.ipField(), logo.downloadButton()};
+    const char* const downloadError = "Project download fail, communicating with slave error!";
+    const char* const upError = "Upload fail, communication error!";
+    const char* const packageError =
+        "Upgrade package download fail, communicating with slave error!";
+    const char* const imageError = "Download startup image fail, communication error!";
+    struct Case {
+        Action action;
+        EmulatorFault fault;
+        const char* text;
+        const char* type = kType;
+    };
+    const Case cases[] = {
+        {down, EmulatorFault::Refuse, "Project download fail,can not connect slave!"},
+        {down, EmulatorFault::Silent, downloadError},
+        {down, EmulatorFault::Cut, downloadError},
+        {down, EmulatorFault::BadLength, downloadError},
+        {down, EmulatorFault::Busy, downloadError},
+        {down, EmulatorFault::None, "HMI type is not match, please select other type!",
+         "rq-hmi1024"},
+        {clock, EmulatorFault::Refuse, "Adjust time fail, can not connect slave!"},
+        {clock, EmulatorFault::Silent, "Adjust time fail, communication error!"},
+        {clock, EmulatorFault::Cut, "Adjust time fail, communication error!"},
+        {clock, EmulatorFault::BadLength, "Adjust time fail, communication error!"},
+        {up, EmulatorFault::Refuse, "Upload fail, can not connect slave HMI!"},
+        {up, EmulatorFault::Silent, upError},
+        {up, EmulatorFault::Cut, upError},
+        {up, EmulatorFault::BadLength, upError},
+        // The emulator refuses a package that does not unwrap: a communication error.
+        {package, EmulatorFault::None, packageError},
+        {package, EmulatorFault::Refuse, "Upgrade package download fail, can not connect slave!"},
+        {package, EmulatorFault::Cut, packageError},
+        {package, EmulatorFault::BadLength, packageError},
+        {package, EmulatorFault::Silent, packageError},
+        {image, EmulatorFault::Refuse, "Download startup image fail, can not connect slave!"},
+        {image, EmulatorFault::Silent, imageError},
+        {image, EmulatorFault::Cut, imageError},
+        {image, EmulatorFault::BadLength, imageError},
+        {image, EmulatorFault::Busy, imageError},
+    };
+    std::size_t n = 0;
+    for (const Case& c : cases) {
+        const std::string ip = "127.47.1." + std::to_string(n + 1);
         SCOPED_TRACE(ip);
-        Device faulty(ip, kType, {}, 0, fault);
-        d.ipField()->setText(QString::fromStdString(ip));
-        d.downloadButton()->click();
-        EXPECT_EQ(message(n++), text);
+        Device device(ip, c.type, {}, 0, c.fault);
+        c.action.ip->setText(QString::fromStdString(ip));
+        c.action.button->click();
+        EXPECT_EQ(message(n++), c.text);
+        EXPECT_TRUE(runUntil([&] { return c.action.button->isEnabled(); }));
     }
 }
 
@@ -387,24 +362,15 @@ TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
     ASSERT_TRUE(runUntil([&] { return !d.isVisible() && !d.pollUnderWay(); }));
     EXPECT_TRUE(sink.entries.empty());
 
-    // Starting the monitor service is a put: its faults give the upgrade texts. The
-    // clock's faults, from the download dialog, give the clock's own.
+    // Starting the monitor service is a put: its faults give the upgrade texts.
     struct Case {
         EmulatorFault fault;
         const char* monitorText;
-        const char* clockText;
     };
     const Case cases[] = {
-        {EmulatorFault::Refuse, "Upgrade package download fail, can not connect slave!",
-         "Adjust time fail, can not connect slave!"},
-        {EmulatorFault::Silent, "Upgrade package download fail, communicating with slave error!",
-         "Adjust time fail, communication error!"},
-        {EmulatorFault::Cut, "Upgrade package download fail, communicating with slave error!",
-         "Adjust time fail, communication error!"},
-        {EmulatorFault::BadLength, "Upgrade package download fail, communicating with slave error!",
-         "Adjust time fail, communication error!"},
+        {EmulatorFault::Refuse, "Upgrade package download fail, can not connect slave!"},
+        {EmulatorFault::Silent, "Upgrade package download fail, communicating with slave error!"},
     };
-    rqshell::CDownloadDialog download(project->doc, rqtest::programDir(), sink);
     std::size_t n = 0, address = 2;
     for (const Case& c : cases) {
         const std::string ip = "127.47.5." + std::to_string(address++);
@@ -414,9 +380,6 @@ TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
         r.monitoringButton()->click();
         EXPECT_EQ(message(n++), c.monitorText);
         EXPECT_TRUE(r.monitoringButton()->isEnabled());
-        download.ipField()->setText(QString::fromStdString(ip));
-        download.clockButton()->click();
-        EXPECT_EQ(message(n++), c.clockText);
     }
     // A busy device (its update port never ready) is monitored as any other.
     Device busy("127.47.5.9", kType, {}, 0, EmulatorFault::Busy);
@@ -431,8 +394,9 @@ TEST_F(DeployDialogs, EveryToolCommandHasItsDialogAndAnUploadIsOpened) {
     // Every button but Undo and Redo, which wait for a step of the history.
     for (QAction* a : frame.toolBar()->actions())
         if (!a->isSeparator() && a->data().toInt() != rq::cmd::kUndo &&
-            a->data().toInt() != rq::cmd::kRedo)
+            a->data().toInt() != rq::cmd::kRedo) {
             EXPECT_TRUE(a->isEnabled()) << a->text().toStdString();
+        }
     const std::pair<int, const char*> dialogs[] = {
         {rq::cmd::kCompile, "Compile"},
         {rq::cmd::kDownloadProject, "Download Project"},

@@ -73,6 +73,30 @@ struct Screenshots : ::testing::Test {
         ASSERT_TRUE(shot.save(QString::fromStdString(out + "/" + name + ".png")));
         w.hide();
     }
+    // The main window with a node selected: the fixed node, or its child on `path`
+    // as far as the project has one.
+    void saveNode(rqshell::CMainFrame& frame, rqshell::FixedNode fixed, std::vector<int> path,
+                  const char* name) {
+        QTreeWidgetItem* item = frame.tree().fixedNode(fixed);
+        for (int i : path)
+            if (i < item->childCount())
+                item = item->child(i);
+        frame.tree().setCurrentItem(item);
+        save(frame, name);
+    }
+    void saveMenu(rqshell::CMainFrame& frame, int id, const char* name) {
+        std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
+        menu->adjustSize();
+        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
+    }
+    void saveBox(QMessageBox::Icon icon, const std::string& text, const char* name) {
+        const bool question = icon == QMessageBox::Question;
+        QMessageBox box(icon, QApplication::applicationName(), QString::fromStdString(text),
+                        question ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
+        if (question)
+            box.setDefaultButton(QMessageBox::No);
+        save(box, name);
+    }
     std::string demo() const {
         const char* src = std::getenv("RQ_SOURCE_DIR");
         return std::string(src ? src : ".") + "/data/examples/demo";
@@ -86,22 +110,15 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
     frame.resize(1100, 700);
     ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(demo())));
-    rqshell::CPrjTree& tree = frame.tree();
-    QTreeWidgetItem* rt = tree.fixedNode(rqshell::FixedNode::RealtimeDatabase);
-    if (rt->childCount())
-        tree.setCurrentItem(rt->child(0));
-    save(frame, "main-window");
+    saveNode(frame, rqshell::FixedNode::RealtimeDatabase, {0}, "main-window");
 
     // Context menus as the tree and the list show them.
     const std::pair<int, const char*> menus[] = {{rqshell::menuid::kRtdbTree, "menu-rtdb-tree"},
                                                  {rqshell::menuid::kRtdbList, "menu-rtdb-list"},
                                                  {rqshell::menuid::kDeviceTree, "menu-device-tree"},
                                                  {rqshell::menuid::kView, "menu-view"}};
-    for (auto [id, name] : menus) {
-        std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
-        menu->adjustSize();
-        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
-    }
+    for (auto [id, name] : menus)
+        saveMenu(frame, id, name);
 
     // The Tool menu with its state of this moment.
     frame.updateCommandStates();
@@ -183,10 +200,7 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
 
     // The device configuration: a device's data points, each link kind's sheet
     // with every page, the device and data point dialogs.
-    QTreeWidgetItem* dev = tree.fixedNode(rqshell::FixedNode::Device);
-    if (dev->childCount() && dev->child(0)->childCount())
-        tree.setCurrentItem(dev->child(0)->child(0));
-    save(frame, "device-data-points");
+    saveNode(frame, rqshell::FixedNode::Device, {0, 0}, "device-data-points");
     const rqshell::RealtimeSource source{frame.project().rtdb,
                                          rqshell::systemDatabase(rqtest::programDir())};
     const std::pair<rq::LinkKind, const char*> kinds[] = {
@@ -217,23 +231,15 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
 
     // The parameters: the list of the "Parameter" node, its menu and "Parameter
     // Setting" filled from the first record.
-    tree.setCurrentItem(tree.fixedNode(rqshell::FixedNode::Parameter));
-    save(frame, "param-list");
-    {
-        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kParamList, &frame));
-        menu->adjustSize();
-        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-param-list.png")));
-    }
+    saveNode(frame, rqshell::FixedNode::Parameter, {}, "param-list");
+    saveMenu(frame, rqshell::menuid::kParamList, "menu-param-list");
     rqshell::CParamDialog param(frame.project().rtdb, source.system, sink);
     if (!frame.project().param.items.empty())
         param.setForm(rq::paramFormFromRecord(frame.project().param.items.front()));
     save(param, "param-setting");
     // The function blocks: the list of the demo's first block, "FBD Configuration"
     // while adding and "FBD Parameter Setting" on the block's first binding.
-    QTreeWidgetItem* fbdNode = tree.fixedNode(rqshell::FixedNode::FunctionBlock);
-    if (fbdNode->childCount())
-        tree.setCurrentItem(fbdNode->child(0));
-    save(frame, "fbd-list");
+    saveNode(frame, rqshell::FixedNode::FunctionBlock, {0}, "fbd-list");
     rqshell::CFbdConfigDialog fbdConfig(sink);
     fbdConfig.setForm({"level_sum", "Arithmetic", "Add", true});
     save(fbdConfig, "fbd-configuration");
@@ -243,46 +249,27 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     save(fbdParam, "fbd-parameter-setting");
     // The data logs: a log's variables, the section's two menus, a log of each
     // kind and a variable, filled from the demo.
-    {
-        QTreeWidgetItem* logs = tree.fixedNode(rqshell::FixedNode::RealtimeRecord);
-        if (logs->childCount())
-            tree.setCurrentItem(logs->child(0));
-        save(frame, "datalog-variables");
-        for (auto [id, name] : {std::pair{rqshell::menuid::kDataLogTree, "menu-datalog-tree"},
-                                std::pair{rqshell::menuid::kDataLogList, "menu-datalog-list"}}) {
-            std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
-            menu->adjustSize();
-            ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
-        }
-        for (const rq::DataLog& log : frame.project().datalog.logs) {
-            rqshell::CDataLogDialog dialog(log.kind, frame.project().rtdb, source.system, sink);
-            dialog.setForm(rq::dataLogFormFromRecord(log));
-            save(dialog, log.kind == rq::DataLogKind::Database ? "datalog-record-database"
-                                                               : "datalog-record-variables");
-            if (!log.data.empty()) {
-                rqshell::CLogDataDialog data(frame.project().rtdb, source.system, sink);
-                data.setForm(rq::logDataFormFromRef(log.data.front()));
-                save(data, "datalog-data");
-            }
+    saveNode(frame, rqshell::FixedNode::RealtimeRecord, {0}, "datalog-variables");
+    saveMenu(frame, rqshell::menuid::kDataLogTree, "menu-datalog-tree");
+    saveMenu(frame, rqshell::menuid::kDataLogList, "menu-datalog-list");
+    for (const rq::DataLog& log : frame.project().datalog.logs) {
+        rqshell::CDataLogDialog dialog(log.kind, frame.project().rtdb, source.system, sink);
+        dialog.setForm(rq::dataLogFormFromRecord(log));
+        save(dialog, log.kind == rq::DataLogKind::Database ? "datalog-record-database"
+                                                           : "datalog-record-variables");
+        if (!log.data.empty()) {
+            rqshell::CLogDataDialog data(frame.project().rtdb, source.system, sink);
+            data.setForm(rq::logDataFormFromRef(log.data.front()));
+            save(data, "datalog-data");
         }
     }
 
     // The HMI database: the io list of the fixed group, the memory list of a nested
     // group, the two menus and the two data dialogs filled from the demo's items.
-    QTreeWidgetItem* hmidb = tree.fixedNode(rqshell::FixedNode::WindowDatabase);
-    if (hmidb->childCount() == 2) {
-        tree.setCurrentItem(hmidb->child(0));
-        save(frame, "hmidb-io-list");
-        if (hmidb->child(1)->childCount())
-            tree.setCurrentItem(hmidb->child(1)->child(0));
-        save(frame, "hmidb-memory-list");
-    }
-    for (auto [id, name] : {std::pair{rqshell::menuid::kHmiDbTree, "menu-hmidb-tree"},
-                            std::pair{rqshell::menuid::kHmiDbList, "menu-hmidb-list"}}) {
-        std::unique_ptr<QMenu> menu(frame.buildContextMenu(id, &frame));
-        menu->adjustSize();
-        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/" + name + ".png")));
-    }
+    saveNode(frame, rqshell::FixedNode::WindowDatabase, {0}, "hmidb-io-list");
+    saveNode(frame, rqshell::FixedNode::WindowDatabase, {1, 0}, "hmidb-memory-list");
+    saveMenu(frame, rqshell::menuid::kHmiDbTree, "menu-hmidb-tree");
+    saveMenu(frame, rqshell::menuid::kHmiDbList, "menu-hmidb-list");
     rqshell::CIoDataDialog ioData(frame.project().rtdb, source.system, sink);
     if (!frame.project().hmidb.io.items.empty())
         ioData.setForm(rq::ioFormFromItem(frame.project().hmidb.io.items.front()));
@@ -294,23 +281,15 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
 
     // The windows: the list of the "windows" node, its menu and "Window Setting"
     // filled from the first window.
-    tree.setCurrentItem(tree.fixedNode(rqshell::FixedNode::Windows));
-    save(frame, "windows-list");
-    {
-        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kWindowsList, &frame));
-        menu->adjustSize();
-        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-windows-list.png")));
-    }
+    saveNode(frame, rqshell::FixedNode::Windows, {}, "windows-list");
+    saveMenu(frame, rqshell::menuid::kWindowsList, "menu-windows-list");
     rqshell::CWindowSettingDialog window(sink);
     if (!frame.project().hmiwindow.windows.empty())
         window.setForm(rq::windowFormFromRecord(frame.project().hmiwindow.windows.front()));
     save(window, "window-setting");
     // The history records: a record's variables, "History Data Configuration" and
     // "History Data Record" filled from the demo's first record and variable.
-    QTreeWidgetItem* his = tree.fixedNode(rqshell::FixedNode::HistoryRecord);
-    if (his->childCount())
-        tree.setCurrentItem(his->child(0));
-    save(frame, "history-list");
+    saveNode(frame, rqshell::FixedNode::HistoryRecord, {0}, "history-list");
     rqshell::CHistoryConfigDialog historyConfig(sink);
     rqshell::CHistoryDataDialog historyData(frame.project().rtdb, source.system, sink);
     if (!frame.project().history.records().empty()) {
@@ -335,15 +314,8 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
     save(alarm, "alarm-configuration");
     // The alarms: the list of the first group, its menu, "Setting Alarm Group" and
     // "Alarm Data Information" filled from the group's first alarm data.
-    QTreeWidgetItem* alarmNode = tree.fixedNode(rqshell::FixedNode::Alarm);
-    if (alarmNode->childCount() > 0)
-        tree.setCurrentItem(alarmNode->child(0));
-    save(frame, "alarm-list");
-    {
-        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kAlarmList, &frame));
-        menu->adjustSize();
-        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-alarm-list.png")));
-    }
+    saveNode(frame, rqshell::FixedNode::Alarm, {0}, "alarm-list");
+    saveMenu(frame, rqshell::menuid::kAlarmList, "menu-alarm-list");
     rqshell::CAlarmGroupDialog alarmGroup(sink);
     if (!frame.project().alarm.groups().empty())
         alarmGroup.setForm({frame.project().alarm.groups().front().name});
@@ -357,13 +329,8 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
 
     // The user modules: the list of "module  configuration", its menu, and "Module
     // Setting" filled from the first module with the output of a compile.
-    tree.setCurrentItem(tree.fixedNode(rqshell::FixedNode::Module));
-    save(frame, "modules-list");
-    {
-        std::unique_ptr<QMenu> menu(frame.buildContextMenu(rqshell::menuid::kModulesList, &frame));
-        menu->adjustSize();
-        ASSERT_TRUE(menu->grab().save(QString::fromStdString(out + "/menu-modules-list.png")));
-    }
+    saveNode(frame, rqshell::FixedNode::Module, {}, "modules-list");
+    saveMenu(frame, rqshell::menuid::kModulesList, "menu-modules-list");
     rqshell::CModuleDialog module(frame.project().model(), sink);
     if (!frame.project().modules.modules().empty())
         module.setForm(rq::moduleFormFromRecord(frame.project().modules.modules().front()));
@@ -382,17 +349,12 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
                               "\n\n/home/user/plant/device.xml: line 1: Premature end of data in "
                               "tag link line 1\n/home/user/plant/printer.xml: not a regular "
                               "file: it is a named pipe (FIFO)";
-    QMessageBox unreadable(QMessageBox::Critical, QApplication::applicationName(),
-                           QString::fromUtf8(files), QMessageBox::Ok);
-    save(unreadable, "message-unreadable-files");
-    QMessageBox replace(QMessageBox::Question, QApplication::applicationName(),
-                        QStringLiteral("/home/user/plant/device.xml: it could not be read when the "
-                                       "project was opened (line 1: Premature end of data in tag "
-                                       "link line 1).\nYou have edited this section since. Replace "
-                                       "the file with the section as it is now?"),
-                        QMessageBox::Yes | QMessageBox::No);
-    replace.setDefaultButton(QMessageBox::No);
-    save(replace, "question-replace-unreadable");
+    saveBox(QMessageBox::Critical, files, "message-unreadable-files");
+    saveBox(QMessageBox::Question,
+            "/home/user/plant/device.xml: it could not be read when the project was opened (line "
+            "1: Premature end of data in tag link line 1).\nYou have edited this section since. "
+            "Replace the file with the section as it is now?",
+            "question-replace-unreadable");
 
     // The value and address checks after the dialogs' own, and a failed open.
     const std::pair<std::string, const char*> checks[] = {
@@ -403,11 +365,8 @@ TEST_F(Screenshots, MainWindowAndDialogs) {
          "does not exist",
          "message-open-failed"},
     };
-    for (const auto& [text, name] : checks) {
-        QMessageBox box(QMessageBox::Critical, QApplication::applicationName(),
-                        QString::fromStdString(text), QMessageBox::Ok);
-        save(box, name);
-    }
+    for (const auto& [text, name] : checks)
+        saveBox(QMessageBox::Critical, text, name);
 
     // The merge of a spreadsheet file, before it is applied.
     rq::TableMerge merge;
@@ -445,16 +404,10 @@ TEST_F(Screenshots, ReferencesDockAndQuestions) {
 
     const std::vector<rq::DataUse> uses =
         rq::usesOfItems(frame.project().references, *node, {"Tank1_Level"});
-    QMessageBox remove(QMessageBox::Question, QApplication::applicationName(),
-                       QString::fromStdString(*rq::deleteUsesQuestion(uses)),
-                       QMessageBox::Yes | QMessageBox::No);
-    remove.setDefaultButton(QMessageBox::No);
-    save(remove, "question-delete-used-data");
-    QMessageBox rename(QMessageBox::Question, QApplication::applicationName(),
-                       QString::fromStdString(*rq::renameUsesQuestion(uses, "plant.Tank1_Level",
-                                                                      "plant.Tank1_Height", false)),
-                       QMessageBox::Yes | QMessageBox::No);
-    save(rename, "question-rename-used-data");
+    saveBox(QMessageBox::Question, *rq::deleteUsesQuestion(uses), "question-delete-used-data");
+    saveBox(QMessageBox::Question,
+            *rq::renameUsesQuestion(uses, "plant.Tank1_Level", "plant.Tank1_Height", false),
+            "question-rename-used-data");
 }
 
 } // namespace
