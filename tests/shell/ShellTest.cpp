@@ -1089,9 +1089,9 @@ TEST_F(EditorTest, EveryTreeCommandAddsANodeThatUndoTakesBack) {
     EXPECT_TRUE(sink.entries.empty());
 }
 
-// Each list: Insert adds a row through the section's dialog, Enter modifies the
-// selected row, Delete asks and deletes it; undo goes back to the file's rows,
-// redo forward again.
+// Each list: Insert adds a row through the section's dialog, Enter modifies a
+// row of the file, Delete asks and deletes the added one; undo goes back to the
+// file's rows, redo forward again.
 TEST_F(EditorTest, EveryListTakesInsertEnterAndDeleteAndUndoesThem) {
     rq::DataForm data = rq::newDataForm();
     data.name = "added";
@@ -1118,7 +1118,7 @@ TEST_F(EditorTest, EveryListTakesInsertEnterAndDeleteAndUndoesThem) {
         {FixedNode::WindowDatabase, {1}, rq::MemoryDataForm{"added", 5, 4, "0"}, 0, "added",
          rq::MemoryDataForm{"changed", 5, 4, "0"}, "changed", "Undo Delete Data"},
         {FixedNode::Parameter, {}, rq::ParamForm{"plant", "Tank1_Temp", "3"}, 2, "3",
-         rq::ParamForm{"plant", "Tank1_Temp", "4"}, "4", "Undo Delete Parameter"},
+         rq::ParamForm{"hmi", "Page", "4"}, "4", "Undo Delete Parameter"},
         {FixedNode::Alarm, {0}, rq::AlarmDataForm{"plant", "Tank2_Temp", "1", "", {}}, 1, "Tank2_Temp",
          rq::AlarmDataForm{"plant", "Tank2_Level", "1", "", {}}, "Tank2_Level", "Undo Delete Alarm Data"},
         {FixedNode::RealtimeRecord, {0}, rq::LogDataForm{"Pump1_Run", "plant"}, 1, "Pump1_Run",
@@ -1143,20 +1143,18 @@ TEST_F(EditorTest, EveryListTakesInsertEnterAndDeleteAndUndoesThem) {
         const std::vector<std::string> rows = texts();
         const int before = list.rowCount();
         ASSERT_GT(before, 1);
-        int row = 1;
         if (c.added.has_value()) {
             dialogs.forms = {c.added};
             press(frame.view(), Qt::Key_Insert);
             ASSERT_EQ(list.rowCount(), before + 1);
-            row = before;
-            EXPECT_EQ(str(list.text(row, c.column)), c.addedText);
+            EXPECT_EQ(str(list.text(before, c.column)), c.addedText);
         }
-        frame.view().selectRow(row);
+        frame.view().selectRow(1);
         dialogs.forms = {c.modified};
         press(frame.view(), Qt::Key_Return);
-        EXPECT_EQ(str(list.text(row, c.column)), c.modifiedText);
+        EXPECT_EQ(str(list.text(1, c.column)), c.modifiedText);
         if (c.undo) {
-            frame.view().selectRow(row);
+            frame.view().selectRow(before);
             sink.answers = {true};
             press(frame.view(), Qt::Key_Delete);
             EXPECT_EQ(list.rowCount(), before);
