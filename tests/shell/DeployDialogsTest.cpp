@@ -281,6 +281,7 @@ TEST_F(DeployDialogs, EveryDialogNamesTheFaultOfTheDevice) {
     rqshell::CLogoDialog logo(project->model(), rqtest::programDir(), sink);
     logo.readiness = {5, 50, 50};
     logo.imageField()->setText(bitmap(1024, 768));
+    rqshell::CMonitorDialog monitor("", rqtest::programDir(), sink);
     struct Action {
         QLineEdit* ip;
         QPushButton* button;
@@ -289,7 +290,8 @@ TEST_F(DeployDialogs, EveryDialogNamesTheFaultOfTheDevice) {
         clock{download.ipField(), download.clockButton()},
         up{upload.ipField(), upload.uploadButton()},
         package{upgrade.ipField(), upgrade.downloadButton()},
-        image{logo.ipField(), logo.downloadButton()};
+        image{logo.ipField(), logo.downloadButton()},
+        monitoring{monitor.ipField(), monitor.monitoringButton()};
     const char* const downloadError = "Project download fail, communicating with slave error!";
     const char* const upError = "Upload fail, communication error!";
     const char* const packageError =
@@ -328,6 +330,10 @@ TEST_F(DeployDialogs, EveryDialogNamesTheFaultOfTheDevice) {
         {image, EmulatorFault::Cut, imageError},
         {image, EmulatorFault::BadLength, imageError},
         {image, EmulatorFault::Busy, imageError},
+        // Starting the monitor service is a put: its faults give the upgrade texts.
+        {monitoring, EmulatorFault::Refuse,
+         "Upgrade package download fail, can not connect slave!"},
+        {monitoring, EmulatorFault::Silent, packageError},
     };
     std::size_t n = 0;
     for (const Case& c : cases) {
@@ -362,25 +368,6 @@ TEST_F(DeployDialogs, MonitorFillsTheFiguresOnEveryTick) {
     ASSERT_TRUE(runUntil([&] { return !d.isVisible() && !d.pollUnderWay(); }));
     EXPECT_TRUE(sink.entries.empty());
 
-    // Starting the monitor service is a put: its faults give the upgrade texts.
-    struct Case {
-        EmulatorFault fault;
-        const char* monitorText;
-    };
-    const Case cases[] = {
-        {EmulatorFault::Refuse, "Upgrade package download fail, can not connect slave!"},
-        {EmulatorFault::Silent, "Upgrade package download fail, communicating with slave error!"},
-    };
-    std::size_t n = 0, address = 2;
-    for (const Case& c : cases) {
-        const std::string ip = "127.47.5." + std::to_string(address++);
-        SCOPED_TRACE(ip);
-        Device faulty(ip, kType, {}, 0, c.fault);
-        rqshell::CMonitorDialog r(ip, rqtest::programDir(), sink);
-        r.monitoringButton()->click();
-        EXPECT_EQ(message(n++), c.monitorText);
-        EXPECT_TRUE(r.monitoringButton()->isEnabled());
-    }
     // A busy device (its update port never ready) is monitored as any other.
     Device busy("127.47.5.9", kType, {}, 0, EmulatorFault::Busy);
     rqshell::CMonitorDialog b(busy.ip, rqtest::programDir(), sink);

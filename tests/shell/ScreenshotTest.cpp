@@ -40,8 +40,6 @@
 #include <QScreen>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace {
 
 struct Screenshots : ::testing::Test {
@@ -387,16 +385,8 @@ TEST_F(Screenshots, ReferencesDockAndQuestions) {
     rqshell::CMainFrame frame(catalogs, rqtest::programDir(), &sink);
     frame.resize(1100, 700);
     ASSERT_TRUE(frame.openProjectDirectory(QString::fromStdString(demo())));
-    std::function<rq::DataNode*(rq::DataNode&)> holder = [&](rq::DataNode& n) -> rq::DataNode* {
-        if (!n.isRoot() && n.findItem("Tank1_Level") >= 0)
-            return &n;
-        for (std::size_t i = 0; i < n.childCount(); ++i)
-            if (rq::DataNode* found = holder(n.child(i)))
-                return found;
-        return nullptr;
-    };
-    rq::DataNode* node = holder(*frame.project().rtdb.findDatabase("plant"));
-    ASSERT_NE(node, nullptr);
+    rq::DataNode* node = &frame.project().rtdb.findDatabase("plant")->child(0).child(0); // tank1
+    ASSERT_GE(node->findItem("Tank1_Level"), 0);
     frame.tree().setCurrentItem(frame.editorSection(rq::SectionObject::Rtdb)->itemOf(node));
     frame.view().selectRow(node->findItem("Tank1_Level"));
     frame.runCommand(rq::cmd::kFindReferences);

@@ -23,6 +23,7 @@
 #include "shell/MainWindow.h"
 #include "shell/ProjectDialogs.h"
 #include "shell/ProjectTree.h"
+#include "shell/QtText.h"
 
 #include "ShellApp.h"
 #include "support/TestSupport.h"
@@ -63,9 +64,7 @@ QApplication& app() {
     return rqtest::shellApp();
 }
 
-std::string str(const QString& s) {
-    return s.toUtf8().toStdString();
-}
+using rqshell::str;
 
 using rqtest::press;
 
