@@ -261,6 +261,16 @@ TEST_F(MainWindowTest, ContextMenusPerNode) {
     EXPECT_EQ(lines(rqshell::menuid::kParamList),
               (std::vector<std::string>{"New Parameter(&N)|32917|on",
                                         "Delete Parameter(&D)|32918|on", "Modify(&P)|32919|on"}));
+    std::unique_ptr<QMenu> logs(frame.buildContextMenu(rqshell::menuid::kDataLogTree, &frame));
+    QAction* full = nullptr;
+    for (QAction* a : logs->actions())
+        if (a->data().toInt() == 32843)
+            full = a;
+    ASSERT_NE(full, nullptr);
+    EXPECT_EQ(str(full->statusTip()), "Add Full Record Database  ");
+    EXPECT_EQ(lines(rqshell::menuid::kDataLogList),
+              (std::vector<std::string>{"New Data(&N)|32846|on", "Delete Data(&D)|32848|on",
+                                        "Modify(&P)|32849|on"}));
     EXPECT_EQ(lines(rqshell::menuid::kAlarmList),
               (std::vector<std::string>{"Add Data(&N)|32857|on", "Delete Data(&D)|32858|on",
                                         "Modify(&P)|32859|on"}));
