@@ -723,6 +723,7 @@ TEST_F(Fixture, EveryEditorDialogNamesItsFieldsAndRefusesAnEmptyOk) {
         {[&] { return new rqshell::CDataGroupDialog; }, nullptr},
         {[&] { return new rqshell::CDataDialog(sink, false); },
          "Please input data name and initial value!"},
+        {[&] { return new rqshell::CDataDialog(sink, true); }, "Please enter an integer."},
         {[&] { return new rqshell::CIoDataDialog(rtdb, nullptr, sink); },
          "Please input data name, database name and variable name!"},
         {[&] { return new rqshell::CMemoryDataDialog(sink); },

@@ -104,9 +104,13 @@ CDataDialog::CDataDialog(rq::MessageSink& sink, bool batch, QWidget* parent)
         auto* range = new QWidget(this);
         auto* h = new QHBoxLayout(range);
         h->setContentsMargins(0, 0, 0, 0);
-        h->addWidget(new QLabel(qs(kFromLabel), range));
+        auto* fromLabel = new QLabel(qs(kFromLabel), range);
+        auto* toLabel = new QLabel(qs(kToLabel), range);
+        fromLabel->setBuddy(from_);
+        toLabel->setBuddy(to_);
+        h->addWidget(fromLabel);
         h->addWidget(from_);
-        h->addWidget(new QLabel(qs(kToLabel), range));
+        h->addWidget(toLabel);
         h->addWidget(to_);
         form->addRow(QString(), range);
     }
